@@ -1,0 +1,36 @@
+# What every target of the project is compiled with.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+
+option(MORVANE_SANITIZE "AddressSanitizer and UBSan, no recovery" OFF)
+option(MORVANE_COVERAGE "Instrument for gcovr" OFF)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror)
+# The same float results for every optimisation level and instruction set.
+add_compile_options(-ffp-contract=off)
+
+if(MORVANE_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+  # One plain version of each kernel: a sanitizer sees all of its accesses.
+  add_compile_definitions(MORVANE_PLAIN_KERNELS)
+endif()
+if(MORVANE_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_compile_definitions(MORVANE_PLAIN_KERNELS)
+endif()
+if(MORVANE_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+  add_compile_definitions(MORVANE_PLAIN_KERNELS)
+endif()
+
+# morvane_library(NAME sources...): a static library of one folder, includes from the project's root.
+function(morvane_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}")
+endfunction()

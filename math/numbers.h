@@ -1,0 +1,18 @@
+// From floating point to integers: the one place where it happens.
+#pragma once
+
+#include <cstdint>
+
+// Truncates `value` toward zero. What lies beyond the type's range gives the nearest limit, NaN gives 0.
+constexpr std::int32_t trunc_to_int(double value) {
+    constexpr double lowest = -2147483648.0;
+    constexpr double highest = 2147483647.0;
+    if (!(value > lowest)) return value <= lowest ? INT32_MIN : 0; // the second test sorts out NaN
+    if (value >= highest) return INT32_MAX;
+    return static_cast<std::int32_t>(value);
+}
+
+// Truncates `value` toward zero and keeps the low 8 bits: what a byte table stores.
+constexpr std::uint8_t trunc_to_byte(double value) {
+    return static_cast<std::uint8_t>(static_cast<std::uint32_t>(trunc_to_int(value)) & 0xffU);
+}

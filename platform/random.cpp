@@ -1,0 +1,90 @@
+// The run time library's 15-bit random numbers: a bank of xorshift generators that step together.
+//
+// Marsaglia, "Xorshift RNGs", Journal of Statistical Software 8 (2003), the 32-bit generator with the shifts
+// 13, 17, 5. One step of the whole bank gives a block of numbers, first the low halves of all lanes, then the
+// high halves; the loop over the lanes has no dependency, so that the compiler steps many of them at once.
+#include "platform/winbase.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "math/kernel.h"
+
+namespace winbase {
+namespace {
+
+constexpr std::size_t lanes = 64;
+constexpr std::size_t block_size = 2 * lanes;
+
+struct generator {
+    std::array<std::uint32_t, lanes> states;       // none is 0: a xorshift would stay there
+    std::array<std::uint16_t, block_size> pending; // the block that `rand` draws from
+    std::size_t used = block_size;                 // numbers of `pending` that are gone
+};
+
+// Lane states far apart for every seed: the finalizer of MurmurHash3 over a Weyl sequence.
+constexpr generator seeded(std::uint32_t seed) {
+    generator g{.states = {}, .pending = {}};
+    for (std::size_t lane = 0; lane < lanes; ++lane) {
+        std::uint32_t h = seed * 0x9e3779b9U + static_cast<std::uint32_t>(lane + 1) * 0x7f4a7c15U;
+        h = (h ^ (h >> 16)) * 0x85ebca6bU;
+        h = (h ^ (h >> 13)) * 0xc2b2ae35U;
+        h ^= h >> 16;
+        g.states[lane] = h != 0 ? h : 1;
+    }
+    return g;
+}
+
+constinit generator bank = seeded(1);
+
+// Steps all lanes `blocks` times and writes a block a step.
+MORVANE_KERNEL void generate(std::uint16_t* __restrict out, std::size_t blocks) {
+    std::uint32_t* const states = bank.states.data();
+    for (; blocks > 0; --blocks, out += block_size) {
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            std::uint32_t x = states[lane];
+            x ^= x << 13;
+            x ^= x >> 17;
+            x ^= x << 5;
+            states[lane] = x;
+            out[lane] = static_cast<std::uint16_t>(x & rand_max);
+            out[lane + lanes] = static_cast<std::uint16_t>((x >> 16) & rand_max);
+        }
+    }
+}
+
+std::size_t take_pending(std::span<std::uint16_t> out) {
+    const std::size_t taken = std::min(out.size(), block_size - bank.used);
+    std::copy_n(bank.pending.begin() + static_cast<std::ptrdiff_t>(bank.used), taken, out.begin());
+    bank.used += taken;
+    return taken;
+}
+
+void refill() {
+    generate(bank.pending.data(), 1);
+    bank.used = 0;
+}
+
+} // namespace
+
+int rand() {
+    if (bank.used == block_size) refill();
+    return bank.pending[bank.used++];
+}
+
+void rand_fill(std::span<std::uint16_t> out) {
+    out = out.subspan(take_pending(out));
+    const std::size_t blocks = out.size() / block_size;
+    generate(out.data(), blocks);
+    out = out.subspan(blocks * block_size);
+    if (out.empty()) return;
+    refill();
+    take_pending(out);
+}
+
+void srand(std::uint32_t seed) {
+    bank = seeded(seed);
+}
+
+} // namespace winbase

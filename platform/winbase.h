@@ -1,0 +1,47 @@
+// What the show relies on of its platform: time, sleep, message boxes, and the run time library's millisecond
+// clock and 15-bit random numbers.
+//
+// All time has one source. Put in another with `set_time_source` (the recorder and the tests move one by
+// hand, see manual_clock.h), and everything here that counts time follows it.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace winbase {
+
+// A counter that never runs backwards, and the sleep that belongs to it.
+class time_source {
+  public:
+    virtual ~time_source() = default;
+    virtual std::int64_t frequency() const = 0; // ticks per second, positive
+    virtual std::int64_t counter() = 0;         // ticks since some fixed moment
+    virtual void sleep(std::uint32_t milliseconds) = 0;
+};
+
+// Makes `source` the one that all below reads; null brings back the machine's monotonic clock. The caller
+// keeps `source` alive as long as it is in place.
+void set_time_source(time_source* source);
+
+bool QueryPerformanceFrequency(std::int64_t* frequency); // ticks per second; always true
+bool QueryPerformanceCounter(std::int64_t* counter);     // ticks; always true
+std::uint32_t GetTickCount();                            // milliseconds of the time source, wraps at 2^32
+std::int32_t clock(); // wall-clock milliseconds since the first call of this layer
+void Sleep(std::uint32_t milliseconds);
+
+// Shows `text` under `caption` in a box and waits until it is closed; where there is no display the two go to
+// standard error as one line. Always returns 1, the code of the OK button.
+int MessageBoxA(void* window, const char* text, const char* caption, std::uint32_t type);
+
+inline constexpr int rand_max = 32767;
+
+// The next number of one fixed sequence, uniform over 0 to 32767.
+int rand();
+
+// Fills `out` with the next `out.size()` numbers of the same sequence that `rand` draws from.
+void rand_fill(std::span<std::uint16_t> out);
+
+// Restarts the sequence; each seed has its own, and the sequence from program start is that of seed 1.
+void srand(std::uint32_t seed);
+
+} // namespace winbase

@@ -1,0 +1,43 @@
+// Time by the replaceable source.
+#include <gtest/gtest.h>
+
+#include "platform/manual_clock.h"
+#include "platform/winbase.h"
+
+TEST(winbase_time, everything_follows_a_clock_that_is_moved_by_hand) {
+    winbase::manual_clock clock(1000000);
+    std::int64_t frequency = 0, counter = -1;
+    EXPECT_TRUE(winbase::QueryPerformanceFrequency(&frequency));
+    EXPECT_TRUE(winbase::QueryPerformanceCounter(&counter));
+    EXPECT_EQ(frequency, 1000000);
+    EXPECT_EQ(counter, 0);
+    EXPECT_EQ(winbase::clock(), 0);
+
+    clock.advance(1234567);
+    EXPECT_EQ(winbase::GetTickCount(), 1234U);
+    EXPECT_EQ(winbase::clock(), 1234);
+    winbase::Sleep(200); // a sleep takes no time of the machine's
+    EXPECT_EQ(winbase::clock(), 1434);
+    winbase::QueryPerformanceCounter(&counter);
+    EXPECT_EQ(counter, 1434567);
+}
+
+TEST(winbase_time, the_millisecond_counters_wrap_without_overflow) {
+    winbase::manual_clock clock(1000000000);
+    clock.set(INT64_MAX - 5);
+    const std::int64_t milliseconds = (INT64_MAX - 5) / 1000000;
+    EXPECT_EQ(winbase::GetTickCount(), static_cast<std::uint32_t>(milliseconds));
+    EXPECT_EQ(winbase::clock(), 0); // counts from its first call
+}
+
+TEST(winbase_time, the_machines_clock_runs_forward) {
+    std::int64_t frequency = 0, first = 0, second = 0;
+    winbase::QueryPerformanceFrequency(&frequency);
+    winbase::QueryPerformanceCounter(&first);
+    const std::int32_t start = winbase::clock();
+    winbase::Sleep(5);
+    winbase::QueryPerformanceCounter(&second);
+    EXPECT_GT(frequency, 1000);
+    EXPECT_GE((second - first) * 1000 / frequency, 5);
+    EXPECT_GE(winbase::clock() - start, 4); // wall-clock time passes while the thread sleeps
+}
