@@ -1,0 +1,9 @@
+// morvane-data: draws the files of the data tree.
+#include <vector>
+
+#include "assets/command.h"
+
+int main(int count, char** words) {
+    const std::vector<std::string_view> rest(words + 1, words + count);
+    return assets::run_command(rest, stdout, stderr);
+}
