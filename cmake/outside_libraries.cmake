@@ -4,4 +4,3 @@ find_package(PNG REQUIRED)
 find_package(JPEG REQUIRED)
 pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET sdl2)
 
-# The MP3 encoder has no package file of its own.

@@ -1,0 +1,5 @@
+#include "driver/run.h"
+
+int main() {
+    return run_show();
+}

@@ -1,0 +1,113 @@
+#include "driver/show.h"
+
+#include "driver/data_files.h"
+#include "gtex/blend.h"
+#include "gtex/patterns.h"
+#include "gtex/plasma.h"
+#include "gtex/tunnel.h"
+#include "media/image_png.h"
+#include "media/image_raw.h"
+
+namespace {
+
+constexpr gtex show::*all_surfaces[] = {
+    &show::screen_memory, &show::canvas,     &show::wire_layer,   &show::wire_trail,    &show::title_layer,
+    &show::title_trail,   &show::title_fade, &show::white_frame,  &show::grey_frame,    &show::img_morvane,
+    &show::img_presents,  &show::img_lorrim, &show::img_greets,   &show::img_cred,      &show::img_hum,
+    &show::img_parental,  &show::img_cubev,  &show::img_violence, &show::img_velkadame, &show::img_accident,
+    &show::spr_light,     &show::spr_light2, &show::spr_light3,   &show::spr_glow,      &show::tex_work,
+    &show::tex_texture,   &show::tex_intro,  &show::tex_tunnel,   &show::tex_cube,
+};
+
+gtex frame_surface(std::uint32_t colour) {
+    return gtex_create(frame_width, frame_height, colour);
+}
+
+gtex load_raw(std::int32_t side, const char* path) {
+    const gtex surface = gtex_create(side, side, 0);
+    gtex_read_raw(surface, path);
+    return surface;
+}
+
+gtex load_sprite(const char* path) {
+    const gtex sprite = load_raw(32, path);
+    gtex_flip(sprite); // the file's rows run from the bottom up
+    return sprite;
+}
+
+void create_layers(show& all) {
+    all.wire_layer = frame_surface(0);
+    all.wire_trail = frame_surface(0);
+    all.title_layer = frame_surface(0);
+    all.title_trail = frame_surface(0);
+    all.title_fade = frame_surface(0);
+    all.white_frame = frame_surface(0xffffff);
+    all.grey_frame = frame_surface(0xc0c0c0);
+}
+
+void load_first_pictures(show& all) {
+    all.img_morvane = gtex_load_png("data/part1/morvane.png");
+    all.img_presents = gtex_load_png("data/part1/presents.png");
+    all.img_lorrim = gtex_load_png("data/part1/lorrim.png");
+    all.img_greets = gtex_load_png("data/part1/greets.png");
+    gtex mask = frame_surface(0);
+    gtex_read_mask(mask, "data/part1/greets-1-256.tga");
+    gtex_copy_mask(all.img_greets, mask);
+    gtex_destroy(mask);
+    all.img_cred = gtex_load_png("data/part1/cred.png");
+    all.img_hum = gtex_load_png("data/part1/hum.png");
+}
+
+void load_sprites(show& all) {
+    all.spr_light = load_sprite("data/gfx/sprites/light.tga");
+    all.spr_light2 = load_sprite("data/gfx/sprites/light2.tga");
+    all.spr_light3 = load_sprite("data/gfx/sprites/light_3.tga");
+    all.spr_glow = gtex_create(32, 32, 0);
+    gtex_radial(all.spr_glow, 0x115533);
+}
+
+void load_later_pictures(show& all) {
+    all.img_parental = gtex_load_png("data/part1/parental-1.png");
+    all.img_cubev = gtex_load_png("data/part1/cubev.png");
+    all.img_violence = gtex_load_png("data/part1/violence.png");
+    all.img_velkadame = gtex_load_png("data/part1/velkadame2x.png");
+    all.img_accident = gtex_load_png("data/part1/accident1.png");
+    gtex_read_mask(all.img_accident, "data/part1/accident1-256.tga");
+}
+
+void load_textures(show& all) {
+    all.tex_work = gtex_create(256, 256, 0);
+    all.tex_texture = load_raw(256, "data/part1/tex/texture.tga");
+    all.tex_intro = load_raw(256, "data/part1/tex/intro1c.tga");
+    all.tex_tunnel = load_raw(256, "data/part1/tex/tunnel3.tga");
+    all.tex_cube = load_raw(256, "data/part1/tex/cubetex2.tga");
+    gtex_copy(all.tex_work, all.tex_texture);
+}
+
+} // namespace
+
+show::~show() {
+    for (gtex show::*surface : all_surfaces)
+        gtex_destroy(this->*surface);
+}
+
+void create_spine(show& all) {
+    all.screen_memory = gtex_create(frame_columns, frame_rows, 0);
+    all.screen = all.screen_memory;
+    all.canvas = gtex_create(frame_columns, frame_rows, 0);
+}
+
+void start_up(show& all) {
+    report_missing_files();
+    tunnel_tables_init();
+    frame_width = frame_columns;
+    frame_height = frame_rows;
+    all.plasma_a.resize(plasma_map_size);
+    all.plasma_b.resize(plasma_map_size);
+    plasma_tables_init(all.plasma_a, all.plasma_b);
+    create_layers(all);
+    load_first_pictures(all);
+    load_sprites(all);
+    load_later_pictures(all);
+    load_textures(all);
+}

@@ -1,0 +1,40 @@
+// The show without a display: the score drawn frame by frame on a clock that is moved by hand.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "driver/frame_loop.h"
+#include "driver/show.h"
+#include "platform/manual_clock.h"
+
+// One at a time: the clock, the tables and the random numbers are the process's own.
+class off_screen_show {
+  public:
+    // Builds the show from the data tree in the working directory and stands before frame 0. `fps` frames a
+    // second, positive. A data file that is missing ends the process as in a run.
+    explicit off_screen_show(std::int32_t fps);
+
+    // The number of the frame that a display shows at `seconds`: the last one whose time has come.
+    std::int64_t frame_at(double seconds) const;
+
+    // Draws the frames up to and with the given one; each frame builds on those before. A frame that has been
+    // drawn already isn't drawn again.
+    void draw_up_to(std::int64_t frame);
+
+    // The console's picture, 512 by 384 words, letterbox included.
+    gtex picture() const { return console_; }
+
+    // Seconds at which the last movement ends.
+    static double length();
+
+  private:
+    void draw_next();
+
+    std::int32_t fps_;
+    winbase::manual_clock clock_;
+    show show_;
+    std::vector<std::uint32_t> pixels_;
+    gtex console_;
+    std::int64_t next_frame_ = 0;
+};
