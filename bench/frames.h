@@ -9,6 +9,7 @@ struct frames {
     gtex a, b, c;
     gtex texture; // 256 by 256
     gtex sprite;  // 32 by 32
+    gtex console; // 512 by 384
 };
 
 inline gtex noisy_surface(std::int32_t width, std::int32_t height, std::uint32_t seed) {
@@ -24,6 +25,7 @@ inline frames& bench_frames() {
                       .b = noisy_surface(frame_columns, frame_rows, 2),
                       .c = noisy_surface(frame_columns, frame_rows, 3),
                       .texture = noisy_surface(256, 256, 4),
-                      .sprite = noisy_surface(32, 32, 5)};
+                      .sprite = noisy_surface(32, 32, 5),
+                      .console = noisy_surface(frame_columns, console_rows, 6)};
     return all;
 }

@@ -1,6 +1,4 @@
 # What a viewer downloads: the programs, the data tree where it has been made, and the info file.
-include(GNUInstallDirs)
-
 install(TARGETS morvane morvane-data morvane-record RUNTIME DESTINATION .)
 install(FILES "${CMAKE_SOURCE_DIR}/docs/morvane.txt" DESTINATION .)
 install(DIRECTORY "${CMAKE_SOURCE_DIR}/data" DESTINATION . OPTIONAL)

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <utility>
 
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(MORVANE_PLAIN_KERNELS)
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
 
 namespace {
 

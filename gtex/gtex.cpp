@@ -104,11 +104,11 @@ void gtex_flip(gtex dst) {
 
 void gtex_present(gtex screen, gtex src) {
     constexpr std::int32_t last_row = frame_pixels - frame_columns;
-    constexpr std::int32_t room = (console_rows - letterbox_rows) * frame_columns;
     fill_words(src.pixels, words(std::min(src.width, src.count)), 0);
     if (src.count > last_row)
         fill_words(src.pixels + last_row, words(std::min(src.width, src.count - last_row)), 0);
-    const gtex below_letterbox{.pixels = screen.pixels + letterbox_rows * frame_columns, .count = room};
+    const gtex below_letterbox{.pixels = screen.pixels + letterbox_rows * frame_columns,
+                               .count = frame_pixels};
     gtex_copy(below_letterbox, src);
 }
 

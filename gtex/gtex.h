@@ -74,7 +74,7 @@ void gtex_flip(gtex dst);
 
 // Writes 0 to rows 0 and 287 of `src`, then copies `src.count` pixels to row 48 of the console at
 // `screen.pixels`, 512 by 384 words of which the rows above and below the frame are not written. `src` is a
-// 512-wide surface of 288 rows; of a larger one the console gets what it has rows for.
+// 512-wide surface of 288 rows; of a larger one the console gets the first 288.
 void gtex_present(gtex screen, gtex src);
 
 // Fills `frame_row` and `tex_row` and creates `gtex_scratch` (once, however often it is called).

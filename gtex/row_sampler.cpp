@@ -5,7 +5,7 @@
 
 #include "math/kernel.h"
 
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(MORVANE_PLAIN_KERNELS)
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Sprites: small surfaces put down at a position in a 512-wide destination. x and y are the signed position
-// of the sprite's top left pixel and may be off the frame on any side; what is off the frame, or beyond the
-// last row of `dst`, is dropped. The sprite and `dst` don't overlap.
+// of the sprite's top left pixel and may be off the frame on any side; what fails the
+// operator's clip test, or lies beyond the last row of `dst`, is dropped. The sprite and `dst` don't overlap.
 #pragma once
 
 #include <cstdint>

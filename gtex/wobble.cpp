@@ -29,7 +29,7 @@ struct displacement {
     std::array<std::int32_t, 256> by_row;
 };
 
-std::int8_t entry(double value) {
+std::int8_t entry(float value) {
     return static_cast<std::int8_t>(trunc_to_int(value));
 }
 
@@ -77,7 +77,7 @@ struct column_run {
     std::int32_t farthest; // likewise
 
     column_run(const displacement& shift, std::size_t first, std::size_t length) : x(first), count(length) {
-        std::array<std::int32_t, gather_run> sources;
+        std::array<std::int32_t, gather_run> sources{};
         for (std::size_t i = 0; i < count; ++i)
             sources[i] = static_cast<std::int32_t>(x + i) + shift.by_column[(x + i) & 255];
         const auto [low, high] = std::minmax_element(sources.begin(), sources.begin() + length);
@@ -122,15 +122,18 @@ void draw_run(gtex dst, gtex src, const displacement& shift, const column_run& r
 } // namespace
 
 void wobble_tables_init() {
+    // In 32-bit floats throughout: entry 255 then equals entry 0.
     for (std::size_t i = 0; i < 256; ++i) {
-        const double angle = static_cast<double>(i) * double{angle_step};
-        wob_sin8[i] = entry(std::sin(angle) * 8);
-        wob_cos4[i] = entry(std::cos(angle) * 4);
-        wob_sin32[i] = entry(std::sin(angle) * 32);
-        wob_cos16[i] = entry(std::cos(angle) * 16);
+        const float angle = static_cast<float>(i) * angle_step;
+        const float s = std::sin(angle);
+        const float c = std::cos(angle);
+        wob_sin8[i] = entry(s * 8);
+        wob_cos4[i] = entry(c * 4);
+        wob_sin32[i] = entry(s * 32);
+        wob_cos16[i] = entry(c * 16);
         for (std::size_t a = 0; a < wobble_amplitudes; ++a) {
-            wob_sin_amp[i][a] = entry(std::sin(angle) * static_cast<double>(a) * 1.5);
-            wob_cos_amp[i][a] = entry(std::cos(angle) * static_cast<double>(a) * 0.5);
+            wob_sin_amp[i][a] = entry(s * static_cast<float>(a) * 1.5F);
+            wob_cos_amp[i][a] = entry(c * static_cast<float>(a) * 0.5F);
         }
     }
 }

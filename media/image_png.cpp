@@ -116,7 +116,7 @@ gtex gtex_load_png(const std::string& path) {
     std::printf("gtex_load_png()\n");
     std::FILE* file = std::fopen(path.c_str(), "rb");
     if (file == nullptr) {
-        std::fprintf(stderr, "can't open the picture \"%s\": %s\n", path.c_str(), std::strerror(errno));
+        std::fprintf(stderr, "morvane: %s can't be opened: %s\n", path.c_str(), std::strerror(errno));
         std::exit(1);
     }
     png_picture picture;

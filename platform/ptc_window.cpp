@@ -176,7 +176,17 @@ void window::poll(key_queue& keys) {
     if (damaged_ && now - drawn_at_ >= repair_interval) draw();
 }
 
+// A wish to stop that comes before the first picture is kept until that has been shown.
+void window::take_press(const library::key& key, key_queue& keys) {
+    if (shown_)
+        keys.push(key);
+    else
+        escape_kept_ = true;
+}
+
 void window::take_events(key_queue& keys) {
+    if (shown_ && escape_kept_) keys.push({.code = key_code::escape});
+    escape_kept_ = escape_kept_ && !shown_;
     SDL_Event event;
     while (SDL_PollEvent(&event) != 0) {
         if (event.type == SDL_KEYDOWN) {
@@ -186,10 +196,10 @@ void window::take_events(key_queue& keys) {
                                    .shift = (held & KMOD_SHIFT) != 0,
                                    .control = (held & KMOD_CTRL) != 0};
             const key_meaning meaning = meaning_of(key, event.key.repeat != 0, shown_);
-            if (meaning == key_meaning::press) keys.push(key);
+            if (meaning == key_meaning::press) take_press(key, keys);
             if (meaning == key_meaning::toggle_full_screen) toggle_full_screen();
         } else if (event.type == SDL_QUIT) { // the close button, an interrupt, a termination signal
-            keys.push({.code = key_code::escape});
+            take_press({.code = key_code::escape}, keys);
         } else if (event.type == SDL_WINDOWEVENT || event.type == SDL_RENDER_TARGETS_RESET) {
             damaged_ = true;
         } else if (event.type == SDL_RENDER_DEVICE_RESET) {
@@ -200,6 +210,7 @@ void window::take_events(key_queue& keys) {
 }
 
 void window::wait() {
+    shown_ = true; // whoever waits for a key is past loading
     SDL_WaitEventTimeout(nullptr, 20);
 }
 

@@ -55,6 +55,7 @@ class window {
     void toggle_full_screen();
     bool full_screen() const;
     void draw();
+    void take_press(const library::key& key, key_queue& keys);
 
     video_library library_;
     size picture_;
@@ -65,8 +66,9 @@ class window {
     std::int64_t polled_at_ = 0; // nanoseconds
     std::int64_t drawn_at_ = 0;
     bool scales_on_processor_ = false;
-    bool shown_ = false;   // a picture of the caller's
-    bool damaged_ = false; // the window lost its picture
+    bool shown_ = false;       // a picture of the caller's
+    bool escape_kept_ = false; // pressed before that
+    bool damaged_ = false;     // the window lost its picture
 };
 
 // Sizes that the display offers, largest first, at most `sizes.size()`; gives how many there are.

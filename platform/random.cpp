@@ -23,7 +23,7 @@ struct generator {
     std::size_t used = block_size;                 // numbers of `pending` that are gone
 };
 
-// Lane states far apart for every seed: the finalizer of MurmurHash3 over a Weyl sequence.
+// Lane states scattered over the cycle for every seed: the finalizer of MurmurHash3 over a Weyl sequence.
 constexpr generator seeded(std::uint32_t seed) {
     generator g{.states = {}, .pending = {}};
     for (std::size_t lane = 0; lane < lanes; ++lane) {

@@ -198,7 +198,7 @@ TEST(blend, dual_fade_clamps_both_terms) {
 }
 
 TEST(blend, unequal_sizes_never_reach_outside) {
-    guarded_surface large(64, 8, 70), small(5, 3, 71);
+    guarded_surface large(64, 8, 70), small(5, 3, 71); // the guards are shorter than the difference
     for (int turn = 0; turn < 2; ++turn) {
         const gtex d = turn == 0 ? gtex(large) : gtex(small);
         const gtex s = turn == 0 ? gtex(small) : gtex(large);
@@ -213,6 +213,13 @@ TEST(blend, unequal_sizes_never_reach_outside) {
         gtex_multiply(d, s);
         gtex_copy_mask(d, s);
         gtex_dual_fade(d, s, d, 3);
+        gtex_dual_fade(d, d, s, 3);
+        gtex_alpha_mix(d, s);
+        gtex_alpha_mix3(d, d, s);
+        gtex_average_keyed(d, s);
+        gtex_mask_from_luma(d, s);
+        gtex_copy_keyed(d, s);
+        gtex_copy_keyed_dst(d, s);
     }
     EXPECT_TRUE(large.intact() && small.intact());
 }

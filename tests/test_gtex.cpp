@@ -1,6 +1,11 @@
 // The image record, the transfer operations, the frame tables and the clip tests.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+#include "math/numbers.h"
 #include "tests/support/surfaces.h"
 
 TEST(gtex_record, create_fills_every_word_and_computes_the_sizes) {
@@ -49,6 +54,19 @@ TEST(gtex_transfer, copy_is_a_flat_run_bounded_by_the_source) {
     EXPECT_EQ(small[0], frame[0]);
 }
 
+TEST(gtex_transfer, copies_may_overlap) {
+    std::vector<std::uint32_t> block(300);
+    for (std::uint32_t i = 0; i < 300; ++i)
+        block[i] = i;
+    for (const std::size_t shift : {7U, 1U}) {
+        std::vector<std::uint32_t> expected = block;
+        std::copy_backward(block.begin(), block.begin() + 250,
+                           expected.begin() + 250 + static_cast<std::ptrdiff_t>(shift));
+        gtex_copy(gtex_wrap(block.data() + shift, 250, 1), gtex_wrap(block.data(), 250, 1));
+        EXPECT_EQ(block, expected);
+    }
+}
+
 TEST(gtex_transfer, keyed_copies_skip_the_zero_word_only) {
     for (const bool by_dst : {false, true}) {
         guarded_surface dst(37, 5, 4), src(37, 5, 5);
@@ -93,6 +111,16 @@ TEST(gtex_transfer, flip_reverses_the_rows) {
     }
 }
 
+TEST(gtex_transfer, flip_leaves_what_the_scratch_surface_cannot_hold) {
+    frame_tables_init();
+    EXPECT_EQ(gtex_scratch.width, 1024);
+    gtex large = gtex_create(1024, 4069, 0);
+    large.pixels[0] = 77;
+    gtex_flip(large);
+    EXPECT_EQ(large.pixels[0], 77U);
+    gtex_destroy(large);
+}
+
 TEST(gtex_present, blacks_the_first_and_last_row_and_keeps_the_letterbox) {
     guarded_surface console(512, 384, 9), canvas(512, 288, 10);
     console.fill(0x12345678);
@@ -130,4 +158,21 @@ TEST(frame_tables, rows_and_clip_tests) {
     EXPECT_TRUE(in_rect(1, 2047, 512, 2048) && !in_rect(1, 2048, 512, 2048) && !in_rect(0, 5, 512, 2048));
     EXPECT_TRUE(in_frame_index(1) && in_frame_index(147455));
     EXPECT_FALSE(in_frame_index(0) || in_frame_index(147456) || in_frame_index(-1));
+}
+
+TEST(numbers, truncation_has_limits_and_takes_no_number_as_0) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    for (const double value : {0.0, 0.9, -0.9, 1.0, -1.0, 12345.99, -12345.99, 2147483646.9, -2147483647.9})
+        EXPECT_EQ(trunc_to_int(value), static_cast<std::int32_t>(value)) << value;
+    for (const double value : {2147483647.0, 2147483648.0, 1e300, infinity})
+        EXPECT_EQ(trunc_to_int(value), INT32_MAX) << value;
+    for (const double value : {-2147483648.0, -2147483649.0, -1e300, -infinity})
+        EXPECT_EQ(trunc_to_int(value), INT32_MIN) << value;
+    EXPECT_EQ(trunc_to_int(std::numeric_limits<double>::quiet_NaN()), 0);
+    EXPECT_EQ(trunc_to_byte(-1.5), 255);
+    EXPECT_EQ(trunc_to_byte(256.7), 0);
+    EXPECT_EQ(trunc_to_int64(-1.9), -1);
+    EXPECT_EQ(trunc_to_int64(1e19), INT64_MAX);
+    EXPECT_EQ(trunc_to_int64(-infinity), INT64_MIN);
+    EXPECT_EQ(trunc_to_int64(std::numeric_limits<double>::quiet_NaN()), 0);
 }

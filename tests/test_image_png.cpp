@@ -154,7 +154,8 @@ TEST(image_png, path_reader_ends_the_process_when_it_has_no_picture) {
     const auto exit_1 = testing::ExitedWithCode(1);
 
     captured_output printed;
-    EXPECT_EXIT(gtex_load_png(folder.path("none.png")), exit_1, "none\\.png\".*No such file");
+    EXPECT_EXIT(gtex_load_png(folder.path("none.png")), exit_1,
+                "morvane: .*none\\.png can't be opened: No such file");
     EXPECT_EXIT(gtex_load_png(folder.write("short.png", file_bytes(good.begin(), good.begin() + 3))), exit_1,
                 "^$");
     EXPECT_EXIT(gtex_load_png(folder.write("text.png", "GIF89a, or nearly")), exit_1, "^$");

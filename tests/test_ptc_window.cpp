@@ -1,4 +1,5 @@
 // The window: keys, scaling, pacing and the real one under the window library's driver for tests.
+#include <SDL.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -238,4 +239,42 @@ TEST_F(ptc_window, message_boxes_go_to_standard_error_where_nobody_looks) {
     EXPECT_EQ(on_standard_error([&] { answer = winbase::MessageBoxA(nullptr, "No sound", "Error", 0x30); }),
               "Error: No sound\n");
     EXPECT_EQ(answer, 1);
+}
+
+namespace {
+
+void push_key(SDL_Keycode code, bool repeated = false) {
+    SDL_Event event{};
+    event.type = SDL_KEYDOWN;
+    event.key.keysym.sym = code;
+    event.key.repeat = repeated ? 1 : 0;
+    SDL_PushEvent(&event);
+}
+
+// All keys that come within the next pictures.
+std::string keys_from(ptc::Console& console) {
+    std::string codes;
+    for (int pictures = 0; pictures < 3; ++pictures) {
+        console.update();
+        while (console.key() == 1)
+            codes.push_back(static_cast<char>(console.read().code()));
+    }
+    return codes;
+}
+
+} // namespace
+
+TEST_F(ptc_window, keys_of_the_keyboard_arrive_in_order_and_once) {
+    ptc::Console console;
+    console.open(".", 512, 384, rgb, 0);
+    push_key('x'); // was meant for something else
+    push_key(SDLK_ESCAPE);
+    EXPECT_EQ(console.key(), 0); // is kept until a picture has been shown
+    EXPECT_EQ(keys_from(console), "\x1b");
+    push_key(' ');
+    push_key(' ', true);
+    push_key('a');
+    push_key(SDLK_LSHIFT);
+    push_key(SDLK_ESCAPE);
+    EXPECT_EQ(keys_from(console), " a\x1b");
 }

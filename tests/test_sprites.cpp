@@ -86,8 +86,10 @@ TEST(sprites, jitter_moves_each_row_by_one_random_number) {
                 expected[static_cast<std::size_t>(j * 512 + column)] = src.at(i, j);
             }
         }
+        const int following = winbase::rand();
         winbase::srand(7);
         gtex_copy_jitter(dst, src, range);
+        EXPECT_EQ(winbase::rand(), following); // one number for each row, also for those off the frame
         expect_pixels(dst, expected);
     }
 }

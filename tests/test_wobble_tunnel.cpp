@@ -55,21 +55,22 @@ void expect_wobble(guarded_surface& dst, guarded_surface& src, std::int32_t mode
 }
 
 TEST_F(wobble, tables_hold_truncated_waves_of_255_steps) {
-    const double k = 0.024639944F;
+    const float k = 0.024639944F;
     for (std::size_t i = 0; i < 256; ++i) {
-        const double s = std::sin(static_cast<double>(i) * k), c = std::cos(static_cast<double>(i) * k);
+        const float s = std::sin(static_cast<float>(i) * k), c = std::cos(static_cast<float>(i) * k);
         ASSERT_EQ(wob_sin8[i], std::trunc(s * 8));
         ASSERT_EQ(wob_cos4[i], std::trunc(c * 4));
         ASSERT_EQ(wob_sin32[i], std::trunc(s * 32));
         ASSERT_EQ(wob_cos16[i], std::trunc(c * 16));
         for (std::size_t a = 0; a < 64; ++a) {
-            ASSERT_EQ(wob_sin_amp[i][a], std::trunc(s * static_cast<double>(a) * 1.5));
-            ASSERT_EQ(wob_cos_amp[i][a], std::trunc(c * static_cast<double>(a) * 0.5));
+            ASSERT_EQ(wob_sin_amp[i][a], std::trunc(s * static_cast<float>(a) * 1.5F));
+            ASSERT_EQ(wob_cos_amp[i][a], std::trunc(c * static_cast<float>(a) * 0.5F));
         }
     }
     EXPECT_EQ(wob_sin_amp[64][63], 94);
     EXPECT_EQ(wob_sin_amp[191][63], -94);
     EXPECT_EQ(wob_cos4[0], 4);
+    EXPECT_EQ(wob_cos4[255], 4); // a whole period
 }
 
 TEST_F(wobble, modes_take_each_pixel_from_its_displaced_place) {
@@ -89,6 +90,14 @@ TEST_F(wobble, smears_at_the_first_and_last_pixel) {
         for (int call = 0; call < 12; ++call)
             for (const std::int32_t amplitude : {1, 2, 5})
                 expect_wobble(dst, src, 2, amplitude, amplitude);
+    }
+}
+
+TEST_F(wobble, takes_any_width) {
+    for (const std::int32_t width : {700, 300}) {
+        guarded_surface dst(width, 200, 20), src(width, 200, 21);
+        for (int call = 0; call < 3; ++call)
+            expect_wobble(dst, src, 2, 3, 3);
     }
 }
 

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Installs what is missing of the distribution's packages. Sourced by ./play and ./check.
 #
 #   need_packages "what for" package...
@@ -7,7 +8,8 @@ need_packages() {
     shift
     local missing=() package
     for package in "$@"; do
-        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
+        [[ $(dpkg-query -W -f='${Status}\n' "$package" 2>/dev/null) == *"install ok installed"* ]] ||
+            missing+=("$package")
     done
     [ ${#missing[@]} -eq 0 ] && return 0
 
@@ -26,9 +28,10 @@ need_packages() {
     echo "Installing what is needed to $purpose: ${missing[*]}"
     local log
     log=$(mktemp)
-    if "${as_root[@]}" apt-get update >"$log" 2>&1 &&
-        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-            apt-get install -y --no-install-recommends "${missing[@]}" >>"$log" 2>&1; then
+    # A list that can't be renewed may still do; a package manager at work elsewhere is waited for.
+    "${as_root[@]}" apt-get update >"$log" 2>&1 || echo "The lists of packages could not be renewed; going on."
+    if "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300 \
+        install -y --no-install-recommends "${missing[@]}" >>"$log" 2>&1; then
         rm -f "$log"
         return 0
     fi
@@ -38,5 +41,5 @@ need_packages() {
     return 1
 }
 
-BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libsdl2-dev libpng-dev libjpeg-dev)
-TEST_PACKAGES=(libgtest-dev libbenchmark-dev clang-format xvfb xauth x11-utils xdotool)
+BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev libpng-dev libjpeg-dev libmp3lame-dev)
+TEST_PACKAGES=(libgtest-dev libbenchmark-dev libvorbis-dev clang-format)
