@@ -1,9 +1,10 @@
 // morvane-data: draws the files of the data tree.
+#include <algorithm>
 #include <vector>
 
 #include "assets/command.h"
 
 int main(int count, char** words) {
-    const std::vector<std::string_view> rest(words + 1, words + count);
+    const std::vector<std::string_view> rest(words + std::min(count, 1), words + count);
     return assets::run_command(rest, stdout, stderr);
 }

@@ -52,7 +52,10 @@ vec2 warped(vec2 p, float amount, std::uint32_t seed) {
 
 } // namespace
 
-// Plates of an agate: cells, each engraved with lines that follow its own edge.
+// Plates of an agate in the dark: cells, a few of them lit, each engraved with lines that follow its own
+// edge, and thin seams of light between them. The walls are shown as they are, and later fed back into
+// themselves, which shows four times their light: so the plates keep close to black and the light is in thin
+// lines.
 file_bytes texture_inside() {
     auto plate = [](vec2 p) {
         const vec2 bent = p + vec2{fbm(p * 3, 2, 301, 3), fbm(p * 3, 2, 351, 3)} * 0.05F;
@@ -67,15 +70,21 @@ file_bytes texture_inside() {
     const picture image = lit(height, 7, [&](vec2 p, float, float light) {
         const cell c = plate(p);
         const float gap = 2 * c.edge;
-        rgb base = mix(palette::indigo * 0.85F, palette::plum * 0.9F, smooth_step(0.3F, 0.7F, c.value));
-        base = mix(base, palette::night, smooth_step(0.4F, 1.0F, gap) * 0.7F);
-        rgb colour = base * (0.15F + 1.6F * light);
+        const float lamp = smooth_step(0.62F, 0.95F, c.value); // one plate in three has light in it
+        const rgb shade =
+            mix(palette::night * 0.16F, palette::plum * 0.032F, smooth_step(0.25F, 0.45F, c.value));
+        const rgb base = mix(shade, palette::indigo * 0.25F, lamp);
+        rgb colour = base * (0.1F + 2.2F * light * light);
         // The lines, brightest near the edge.
         const float line = 0.5F + 0.5F * std::cos(gap * 30);
-        colour +=
-            mix(palette::electric, palette::orchid, c.value) *
-            (0.22F * line * line * line * smooth_step(0.08F, 0.2F, gap) * smooth_step(0.75F, 0.2F, gap));
-        return colour + palette::orchid * (0.4F * glow_line(gap, 0.045F));
+        colour += mix(palette::plum * 0.7F, palette::electric, lamp) *
+                  (0.08F * line * line * line * line * smooth_step(0.08F, 0.2F, gap) *
+                   smooth_step(0.75F, 0.2F, gap));
+        // The seams, hotter in some places than in others.
+        const float heat = smooth_step(-0.25F, 0.45F, fbm(p * 3, 2, 330, 3));
+        colour += palette::orchid * ((0.012F + 0.035F * heat) * glow_line(gap, 0.1F));
+        return colour + mix(palette::orchid, palette::magenta, heat * 0.5F) *
+                            ((0.07F + 0.2F * heat) * glow_line(gap, 0.04F));
     });
     return finished(image, 51);
 }

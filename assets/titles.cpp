@@ -1,5 +1,10 @@
-// The three titles of the first movement: MORVANE, PRESENTS, LORRIM. White cores that hold against magenta
+// The three titles of the first movement: MORVANE, PRESENTS, LORRIM. Bright cores that hold against magenta
 // wires, placed off the middle, where the meteor turns.
+//
+// While the last two are up, the frame is fed back into itself, enlarged and shaken: everything that stands
+// still gains three times its light in copies that drift outward. So these two are tall, thin and bright,
+// with no glow, no small lines and wide counters, and stand close to an edge, where the copies leave the
+// frame. They are white toward that edge, and the rest has green in it, which the walls lack.
 #include "assets/drawing.h"
 #include "assets/pictures.h"
 
@@ -32,6 +37,13 @@ void add_small_line(picture& image, const setting& text, rgb colour) {
                 .far_glow = 0.12F,
                 .near_sigma = 2,
                 .far_sigma = 7});
+}
+
+// Letters without glow, bright enough that a letter reaches full light where its copies are grey: `upper`
+// down to the row `from`, `lower` from the row `to` on.
+void paint_bare(picture& image, const plane& letters, rgb upper, float from, rgb lower, float to) {
+    paint_neon(image, letters,
+               {.top = upper, .bottom = lower, .top_y = from, .bottom_y = to, .near_glow = 0, .far_glow = 0});
 }
 
 } // namespace
@@ -67,58 +79,21 @@ file_bytes title_morvane() {
 
 file_bytes title_presents() {
     picture image = black_frame();
-    const type_style style{.size = 38, .stem = 0.17F, .thin = 0.08F, .tracking = 0.4F};
-    const float top = 40;
-    plane letters = frame_distances(set_justified("PRESENTS", {84, top}, 344, style));
-    slice(letters, {256, top + 16}, {1, 0.03F}, 2);
-    paint_neon(image, letters,
-               {.top = palette::bone,
-                .bottom = palette::phosphor,
-                .top_y = top + 8,
-                .bottom_y = top + 46,
-                .body = 1.1F,
-                .bevel = 2.5F,
-                .rim = palette::bone,
-                .rim_light = 0.5F,
-                .glow = palette::phosphor,
-                .near_glow = 0.3F,
-                .far_glow = 0.2F,
-                .near_sigma = 3.5F,
-                .far_sigma = 16});
-    add_ray(image, top + 11, 84, -20, 1.8F, palette::phosphor);
-    add_ray(image, top + 21, 428, 532, 1.8F, palette::phosphor);
-    add_small_line(image,
-                   set_line("A STUDY IN FALLING LIGHT", {256, top + 54},
-                            {.size = 8, .stem = 0.21F, .thin = 0.16F, .tracking = 0.5F}, align::centre),
-                   palette::bone);
+    const type_style style{.size = 74, .stem = 0.12F, .thin = 0.09F, .stretch = 0.66F};
+    const float top = 10;
+    plane letters = frame_distances(set_justified("PRESENTS", {22, top}, 468, style));
+    slice(letters, {256, top + 31}, {1, 0.03F}, 3);
+    paint_bare(image, letters, palette::bone, top + 8, {0.04F, 0.8F, 0.24F}, top + 36);
     return finished(image, 12);
 }
 
 file_bytes title_lorrim() {
     picture image = black_frame();
-    const type_style style{.size = 64, .stem = 0.21F, .thin = 0.075F, .tracking = 0.14F};
-    const float top = 184;
-    plane letters = frame_distances(set_line("LORRIM", {472, top}, style, align::right));
-    slice(letters, {256, top + 27}, {1, -0.03F}, 2.8F);
-    paint_neon(image, letters,
-               {.top = palette::bone,
-                .bottom = palette::electric,
-                .top_y = top + 12,
-                .bottom_y = top + 84,
-                .body = 1.15F,
-                .bevel = 3,
-                .rim = palette::magenta,
-                .rim_light = 0.7F,
-                .glow = palette::electric,
-                .near_glow = 0.5F,
-                .far_glow = 0.42F,
-                .near_sigma = 4,
-                .far_sigma = 18});
-    add_ray(image, top + 20, 472, 560, 2.2F, palette::magenta * 1.2F);
-    add_small_line(image,
-                   set_line("WITH ITS GUEST", {472, top - 16},
-                            {.size = 8, .stem = 0.21F, .thin = 0.16F, .tracking = 0.5F}, align::right),
-                   palette::bone);
+    const type_style style{.size = 92, .stem = 0.1F, .thin = 0.068F, .stretch = 0.86F, .tracking = 0.2F};
+    const float top = 186;
+    plane letters = frame_distances(set_line("LORRIM", {498, top}, style, align::right));
+    slice(letters, {256, top + 37}, {1, -0.03F}, 3);
+    paint_bare(image, letters, {0.2F, 0.24F, 1.0F}, top + 54, palette::bone, top + 84);
     return finished(image, 13);
 }
 

@@ -1,4 +1,4 @@
-// The object engine's passes over a full mesh (4096 vertices, 4096 faces), beside the memory roofline.
+// The object engine's passes over a full mesh (4096 vertices, 4096 faces), beside the references.
 #include <benchmark/benchmark.h>
 
 #include <array>
@@ -7,26 +7,11 @@
 #include <string>
 
 #include "bench/frames.h"
-#include "math/kernel.h"
 #include "object/asc_reader.h"
 #include "object/sort.h"
 #include "object/transform.h"
 
 namespace {
-
-// One pass that reads two frames and writes one.
-MORVANE_KERNEL void add_words(std::uint32_t* dst, const std::uint32_t* src, std::int32_t count) {
-    for (std::int32_t i = 0; i < count; ++i)
-        dst[i] += src[i];
-}
-
-void roofline(benchmark::State& state) {
-    for (auto _ : state) {
-        add_words(bench_frames().a.pixels, bench_frames().b.pixels, frame_pixels);
-        benchmark::ClobberMemory();
-    }
-}
-BENCHMARK(roofline);
 
 // A ball of scattered vertices and small faces between neighbours, in front of the viewer.
 object& full_mesh() {

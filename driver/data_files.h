@@ -1,11 +1,15 @@
-// The files of the data tree that the show reads, in the order in which it reads them.
+// The files of the data tree that the show reads. Music is not among them: without it the show runs in
+// silence and says nothing.
 #pragma once
 
 #include <span>
 
-// Paths relative to the working directory.
-std::span<const char* const> show_files();
+// Paths relative to the working directory, in the order in which the show reads them.
+std::span<const char* const> needed_files(); // start-up ends without any of these
+std::span<const char* const> wanted_files(); // it goes on without these
 
-// Writes one line on standard error for each of `show_files` that can't be opened, with the command that
-// makes it. Returns how many those were.
+bool can_be_read(const char* path);
+
+// Writes one line on standard error for each of both that can't be read, with the command that makes it where
+// it isn't there. Returns how many of the needed ones those were.
 int report_missing_files();

@@ -8,9 +8,6 @@
 
 namespace {
 
-constexpr int key_escape = 27;
-constexpr int key_space = 32;
-
 void draw_frame(const stage& on, show& all, const movement& what) {
     all.screen.pixels = on.surface.lock();
     what.draw(all, show_time);
@@ -30,11 +27,11 @@ void stop(ptc::Console& console) {
 bool poll_keys(ptc::Console& console) {
     while (console.key() == 1) {
         const ptc::Key key = console.read();
-        if (key.code() == key_escape) {
+        if (key.code() == ptc::Key::escape) {
             stop(console);
             return true;
         }
-        if (key.code() == key_space) mark_add();
+        if (key.code() == ptc::Key::space) mark_add();
     }
     return false;
 }

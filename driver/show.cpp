@@ -7,6 +7,9 @@
 #include "gtex/tunnel.h"
 #include "media/image_png.h"
 #include "media/image_raw.h"
+#include "object/asc_reader.h"
+#include "object/transform.h"
+#include "platform/winbase.h"
 
 namespace {
 
@@ -33,6 +36,42 @@ gtex load_sprite(const char* path) {
     const gtex sprite = load_raw(32, path);
     gtex_flip(sprite); // the file's rows run from the bottom up
     return sprite;
+}
+
+void create_plasma(show& all) {
+    all.plasma_a.resize(plasma_map_size);
+    all.plasma_b.resize(plasma_map_size);
+    plasma_tables_init(all.plasma_a, all.plasma_b);
+}
+
+// 250 points at random places of a cube around the origin.
+void scatter_stars(object& stars) {
+    const auto coordinate = [] { return static_cast<float>(winbase::rand() % 256 - 127); };
+    stars.vertex_count = 250;
+    for (std::size_t i = 0; i < 250; ++i) {
+        object_vertex& star = stars.model_vertices[i];
+        star.x = coordinate();
+        star.y = coordinate();
+        star.z = coordinate();
+        stars.world_vertices[i] = star;
+        stars.sort_order[i] = static_cast<std::int32_t>(i);
+    }
+}
+
+// What can't be read has been reported by now, and stays empty.
+void load_mesh(const char* path, object& mesh) {
+    if (can_be_read(path)) object_load(path, mesh);
+}
+
+void load_meshes(show& all) {
+    const auto meshes = {&all.obj_inside, &all.obj_meteor, &all.obj_cube};
+    for (object* mesh : meshes)
+        mesh->read_mapping = 1;
+    load_mesh("data/asc/meteor/inside.asc", all.obj_inside);
+    load_mesh("data/asc/meteor/meteor2.asc", all.obj_meteor);
+    load_mesh("data/asc/cube.asc", all.obj_cube);
+    for (object* mesh : meshes)
+        object_set_light(*mesh, 0, -1, -1, 0, 0, 0);
 }
 
 void create_layers(show& all) {
@@ -102,12 +141,15 @@ void start_up(show& all) {
     tunnel_tables_init();
     frame_width = frame_columns;
     frame_height = frame_rows;
-    all.plasma_a.resize(plasma_map_size);
-    all.plasma_b.resize(plasma_map_size);
-    plasma_tables_init(all.plasma_a, all.plasma_b);
+    // Here the scene will be set up.
+    create_plasma(all);
+    // Here the clip will be opened.
+    scatter_stars(all.obj_stars);
+    load_meshes(all);
     create_layers(all);
     load_first_pictures(all);
     load_sprites(all);
     load_later_pictures(all);
     load_textures(all);
+    // Here the warp and mix tables will be filled.
 }

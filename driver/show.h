@@ -1,4 +1,5 @@
-// What the run owns: every surface, picture, texture and sprite of the show, under the names of the score.
+// What the run owns: every surface, picture, texture, sprite and mesh of the show, under the names of the
+// score.
 //
 // Start-up fills it once; afterwards only pixel contents change, and a frame allocates nothing. The movements
 // get it by reference and draw into `canvas` and its layers.
@@ -8,7 +9,9 @@
 #include <vector>
 
 #include "gtex/gtex.h"
+#include "object/object.h"
 
+// Large (some 3 MB): keep it on the heap.
 struct show {
     show() = default;
     show(const show&) = delete;
@@ -38,6 +41,9 @@ struct show {
     // Textures of 256x256; `tex_work` is the one of the inner mesh and changes during a movement.
     gtex tex_work, tex_texture, tex_intro, tex_tunnel, tex_cube;
 
+    // Meshes; `obj_stars` is a cloud of points and comes from no file.
+    object obj_inside, obj_meteor, obj_cube, obj_stars;
+
     // Plasma maps, 1024 by 576 bytes.
     std::vector<std::uint8_t> plasma_a, plasma_b;
 };
@@ -45,7 +51,8 @@ struct show {
 // Creates `screen` and `canvas`. The first of the two steps of a start-up; `frame_tables_init` comes before.
 void create_spine(show& all);
 
-// Builds everything else, in the order in which the show has always been built: tables, plasma maps, layers,
-// pictures, sprites, textures. Looks first whether every file is there and says on standard error which ones
-// are missing. A missing or damaged file then ends the process as its reader does.
+// Builds everything else but the music, in the order in which the show has always been built: tables, plasma
+// maps, meshes, layers, pictures, sprites, textures. Looks first whether every file is there and says on
+// standard error which ones are missing. A missing or damaged picture then ends the process as its reader
+// does; a mesh that can't be read stays empty.
 void start_up(show& all);

@@ -42,6 +42,6 @@ void sync_log_write(const char* path) {
     std::fprintf(file, "\n\n");
     std::fprintf(file, "FPS: ");
     std::fprintf(file, "%4.2f frames per second\n", frames_per_second());
-    const bool failed = std::ferror(file) != 0;
-    if (std::fclose(file) != 0 || failed) give_up(path);
+    if (std::fflush(file) != 0) give_up(path);
+    if (std::fclose(file) != 0) give_up(path);
 }

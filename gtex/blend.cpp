@@ -51,26 +51,26 @@ MORVANE_KERNEL void multiply_halves(half* dst, const half* src, std::size_t coun
     }
 }
 
-// Eight pixels as 32 bytes, for the operators that the compiler doesn't make vector code of by itself: they
+// Sixteen pixels as 64 bytes, for the operators that the compiler doesn't make vector code of by itself: they
 // work on single bytes but treat each fourth one apart.
-using bytes32 = std::uint8_t __attribute__((vector_size(32)));
-using words8 = word __attribute__((vector_size(32)));
+using bytes64 = std::uint8_t __attribute__((vector_size(64)));
+using words16 = word __attribute__((vector_size(64)));
 
 // All in bytes: `level` is the nearest byte to the true one, and what that lies `beyond` it is added at the
-// end with saturation. The two terms before never pass 255 together. `count` is a multiple of 8.
+// end with saturation. The two terms before never pass 255 together. `count` is a multiple of 16.
 MORVANE_KERNEL void solarise_words(word* dst, const word* src, std::size_t count, std::uint8_t level,
                                    std::uint8_t beyond) {
     const auto room = static_cast<std::uint8_t>(255 - beyond);
-    for (std::size_t i = 0; i < count; i += 8) {
-        bytes32 d;
-        bytes32 s;
+    for (std::size_t i = 0; i < count; i += 16) {
+        bytes64 d;
+        bytes64 s;
         std::memcpy(&d, dst + i, sizeof d);
         std::memcpy(&s, src + i, sizeof s);
-        const bytes32 below = (s > level ? s : level) - s;
-        const bytes32 above = (d > level ? d : level) - level;
-        const bytes32 sum = below + above;
-        const bytes32 all = (sum < room ? sum : room) + beyond;
-        const words8 kept = ((words8)all & colours) | ((words8)d & top_byte);
+        const bytes64 below = (s > level ? s : level) - s;
+        const bytes64 above = (d > level ? d : level) - level;
+        const bytes64 sum = below + above;
+        const bytes64 all = (sum < room ? sum : room) + beyond;
+        const words16 kept = ((words16)all & colours) | ((words16)d & top_byte);
         std::memcpy(dst + i, &kept, sizeof kept);
     }
 }
@@ -127,21 +127,21 @@ struct byte_fade {
           lacking(static_cast<std::uint8_t>(std::clamp(-true_level, 0, 255))) {}
 };
 
-// The two terms never pass 255 together. `count` is a multiple of 8.
+// The two terms never pass 255 together. `count` is a multiple of 16.
 MORVANE_KERNEL void dual_fade_words(word* dst, const word* a, const word* b, std::size_t count, byte_fade out,
                                     byte_fade in) {
     const auto room_out = static_cast<std::uint8_t>(255 - out.lacking);
     const auto room_in = static_cast<std::uint8_t>(255 - in.lacking);
-    for (std::size_t i = 0; i < count; i += 8) {
-        bytes32 p;
-        bytes32 q;
+    for (std::size_t i = 0; i < count; i += 16) {
+        bytes64 p;
+        bytes64 q;
         std::memcpy(&p, a + i, sizeof p);
         std::memcpy(&q, b + i, sizeof q);
-        const bytes32 less_p = (p > out.level ? p : out.level) - out.level;
-        const bytes32 less_q = (q > in.level ? q : in.level) - in.level;
-        const bytes32 faded_p = (less_p < room_out ? less_p : room_out) + out.lacking;
-        const bytes32 faded_q = (less_q < room_in ? less_q : room_in) + in.lacking;
-        const words8 mixed = (words8)(faded_p + faded_q) & colours;
+        const bytes64 less_p = (p > out.level ? p : out.level) - out.level;
+        const bytes64 less_q = (q > in.level ? q : in.level) - in.level;
+        const bytes64 faded_p = (less_p < room_out ? less_p : room_out) + out.lacking;
+        const bytes64 faded_q = (less_q < room_in ? less_q : room_in) + in.lacking;
+        const words16 mixed = (words16)(faded_p + faded_q) & colours;
         std::memcpy(dst + i, &mixed, sizeof mixed);
     }
 }
@@ -162,14 +162,14 @@ void gtex_solarise(gtex dst, gtex src, std::int32_t level) {
     const std::int32_t inside = std::clamp(limited, 0, 255);
     const auto beyond = static_cast<std::uint8_t>(std::abs(limited - inside));
     const std::size_t count = bound(dst, src);
-    const std::size_t whole = count / 8 * 8;
+    const std::size_t whole = count / 16 * 16;
     solarise_words(dst.pixels, src.pixels, whole, static_cast<std::uint8_t>(inside), beyond);
 
-    std::array<word, 8> last_dst{};
-    std::array<word, 8> last_src{};
+    std::array<word, 16> last_dst{};
+    std::array<word, 16> last_src{};
     std::copy(dst.pixels + whole, dst.pixels + count, last_dst.begin());
     std::copy(src.pixels + whole, src.pixels + count, last_src.begin());
-    solarise_words(last_dst.data(), last_src.data(), 8, static_cast<std::uint8_t>(inside), beyond);
+    solarise_words(last_dst.data(), last_src.data(), 16, static_cast<std::uint8_t>(inside), beyond);
     std::copy_n(last_dst.begin(), count - whole, dst.pixels + whole);
 }
 
@@ -210,13 +210,13 @@ void gtex_dual_fade(gtex dst, gtex a, gtex b, std::int32_t level) {
     const byte_fade out(limited);
     const byte_fade in(255 - limited);
     const std::size_t count = bound(dst, a, b);
-    const std::size_t whole = count / 8 * 8;
+    const std::size_t whole = count / 16 * 16;
     dual_fade_words(dst.pixels, a.pixels, b.pixels, whole, out, in);
 
-    std::array<word, 8> last_a{};
-    std::array<word, 8> last_b{};
+    std::array<word, 16> last_a{};
+    std::array<word, 16> last_b{};
     std::copy(a.pixels + whole, a.pixels + count, last_a.begin());
     std::copy(b.pixels + whole, b.pixels + count, last_b.begin());
-    dual_fade_words(last_a.data(), last_a.data(), last_b.data(), 8, out, in);
+    dual_fade_words(last_a.data(), last_a.data(), last_b.data(), 16, out, in);
     std::copy_n(last_a.begin(), count - whole, dst.pixels + whole);
 }

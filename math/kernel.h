@@ -5,7 +5,9 @@
 // give the same bits.
 #pragma once
 
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(MORVANE_PLAIN_KERNELS)
+// Where the whole program is compiled for the widest set already, one version is enough.
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__AVX512F__) &&              \
+    !defined(MORVANE_PLAIN_KERNELS)
 #define MORVANE_KERNEL __attribute__((target_clones("arch=x86-64-v4", "arch=x86-64-v3", "default")))
 #else
 #define MORVANE_KERNEL

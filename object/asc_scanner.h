@@ -28,7 +28,7 @@ class asc_scanner {
     // A decimal integer after any blanks; beyond the type's range it is the nearest limit.
     bool read_int(std::int32_t& value);
     // A decimal number after any blanks, with or without exponent. What 32 bits can't hold, is not finite or
-    // is written in another base is refused; what is too small for them is 0.
+    // is written in another base is refused; what is too small for them, but not for 64, is 0.
     bool read_float(float& value);
 
     // Notes that the text is refused here, with the line's number, and returns false.

@@ -57,6 +57,7 @@ void edge_scan(edge_table& table, std::int32_t x0, std::int32_t y0, std::int32_t
     constexpr std::int64_t one = 128; // 25.7
     const std::int64_t step = (std::int64_t{x1} - x0) * one / (std::int64_t{y1} - y0);
     const std::int32_t row = std::max(y0, 0), end = std::min(y1, edge_rows);
+    if (row >= end) return;
     std::int64_t x = x0 * one + step * (std::int64_t{row} - y0);
     for (std::int32_t y = row; y < end; ++y, x += step) {
         const auto column = static_cast<std::int32_t>(x >> 7); // between x0 and x1

@@ -1,5 +1,7 @@
 #include "object/sort.h"
 
+#include <algorithm>
+
 #include <cstddef>
 #include <utility>
 
@@ -96,10 +98,15 @@ void object_sort_faces_between(object& mesh, std::int32_t far, std::int32_t near
     for (std::int32_t slot = 0; slot < count; ++slot) {
         const auto i = static_cast<std::size_t>(slot);
         object_face& face = mesh.faces[i];
+        mesh.sort_order[i] = slot;
+        if (std::max({face.a, face.b, face.c}) >= object_capacity) { // set by hand: such a face is hidden
+            mesh.sort_key[i] = 0;
+            face.visible = 0;
+            continue;
+        }
         const float a = mesh.world_vertices[face.a].z;
         const float b = mesh.world_vertices[face.b].z;
         const float c = mesh.world_vertices[face.c].z;
-        mesh.sort_order[i] = slot;
         mesh.sort_key[i] = trunc_to_int(a + b + c);
         face.visible = in_window(a, far, near) & in_window(b, far, near) & in_window(c, far, near);
     }

@@ -11,7 +11,7 @@ namespace bass {
 // The main thread begins the fade and looks whether it is over; the sound thread does it.
 class fade_out {
   public:
-    // Gain 1 again. Only while no sound thread runs.
+    // Gain 1 again. Only while no sound thread calls `scale`.
     void reset(std::uint32_t frequency);
 
     void begin() { begun_.store(true, std::memory_order_release); }

@@ -40,6 +40,7 @@ class test_console : public ptc::Console {
     void close() override {
         closed_marks = mark_count;
         closed = true;
+        log_was_written = std::filesystem::exists("sync.txt");
         Console::close();
     }
 
@@ -48,6 +49,7 @@ class test_console : public ptc::Console {
     std::vector<std::vector<std::uint32_t>> pictures;
     int questions = 0;
     bool closed = false;
+    bool log_was_written = false; // before the console was closed
     int closed_marks = -1;
 
   private:
@@ -104,8 +106,21 @@ TEST_F(frame_loop, a_timed_movement_draws_until_its_end_time) {
     EXPECT_FALSE(console.closed);
     EXPECT_FALSE(std::filesystem::exists("sync.txt")); // only Escape leaves one
 
-    EXPECT_EQ(run(1.0), movement_end::left); // over already: no frame
+    const int questions = console.questions;
+    EXPECT_EQ(run(1.0), movement_end::left); // over already: no frame, but the key is asked for first
     EXPECT_EQ(frame_count, 4);
+    EXPECT_EQ(console.questions, questions + 1);
+}
+
+TEST_F(frame_loop, the_time_is_divided_at_full_width) {
+    for (const std::int64_t ticks : {147490000123LL, 33333333333LL, 16777217LL, 99999999999999LL}) {
+        winbase::manual_clock fine(1000000007);
+        clock_start();
+        fine.set(ticks);
+        clock_tick();
+        EXPECT_EQ(show_time, static_cast<float>(static_cast<double>(ticks) / 1000000007.0)) << ticks;
+    }
+    winbase::set_time_source(&clock);
 }
 
 TEST_F(frame_loop, the_picture_stands_in_a_black_letterbox) {
@@ -130,7 +145,7 @@ TEST_F(frame_loop, escape_stops_the_run_and_writes_the_marks) {
         }
     };
     EXPECT_EQ(run(100), movement_end::stopped);
-    EXPECT_TRUE(console.closed);
+    EXPECT_TRUE(console.closed && console.log_was_written);
     EXPECT_EQ(console.closed_marks, 2);
     EXPECT_EQ(drawn_times.size(), 3U);
     EXPECT_EQ(sync_text(), "TIME: 0.50, 0.75, \n\nFPS: 4.00 frames per second\n");

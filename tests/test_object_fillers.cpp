@@ -564,3 +564,13 @@ TEST(object_lines, the_clip_window_cuts_and_the_frame_still_holds) {
     EXPECT_EQ(clipped(0, 75, 500, 75), nothing);
     set_clip_window(1, 512, 288, 1);
 }
+
+TEST(object_fillers, quads_far_from_the_frame_draw_nothing) {
+    const std::vector<std::uint32_t> before(512 * 288, 5);
+    std::vector<std::uint32_t> frame = before;
+    for (const std::int32_t y : {INT32_MIN, -70000, 600, INT32_MAX - 3}) { // steep in x, no row of the frame
+        fill_quad(frame.data(), INT32_MIN, y, INT32_MAX, y + 1, 0, y + 2, 0, y + 1, 1, 0);
+        fill_quad(frame.data(), INT32_MAX, y + 3, INT32_MIN, y, 0, y + 1, 7, y + 2, 1, 1);
+    }
+    EXPECT_EQ(frame, before);
+}

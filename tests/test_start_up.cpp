@@ -3,11 +3,20 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include "driver/data_files.h"
+#include "driver/frame_clock.h"
+#include "driver/frame_loop.h"
 #include "driver/movement1.h"
 #include "driver/show.h"
+#include "media/image_png.h"
+#include "platform/manual_clock.h"
+#include "platform/ptc.h"
+#include "platform/winbase.h"
 #include "tests/support/allocations.h"
 #include "tests/support/captured_output.h"
 #include "tests/support/data_tree.h"
@@ -33,6 +42,12 @@ void start(show& all) {
     start_up(all);
 }
 
+std::vector<const char*> all_files() {
+    std::vector<const char*> files(needed_files().begin(), needed_files().end());
+    files.insert(files.end(), wanted_files().begin(), wanted_files().end());
+    return files;
+}
+
 // A copy of the tree with one file taken away, as the working directory.
 class tree_without {
   public:
@@ -46,6 +61,21 @@ class tree_without {
 
   private:
     temp_folder folder_;
+};
+
+// Each picture takes 383 milliseconds and is shown to nobody.
+class moving_console : public ptc::Console {
+  public:
+    explicit moving_console(winbase::manual_clock& clock) : clock_(clock) {
+        open_off_screen(".", 512, 384, ptc::Format(32, 0xff0000, 0xff00, 0xff));
+    }
+    void update() override {
+        Console::update();
+        clock_.advance(383);
+    }
+
+  private:
+    winbase::manual_clock& clock_;
 };
 
 void start_anew() {
@@ -87,6 +117,79 @@ TEST(start_up, every_surface_of_the_score_has_its_size_and_first_colour) {
     EXPECT_EQ(all.plasma_b[5 * 1024 + 7] > 0, true);
 }
 
+TEST(start_up, every_picture_comes_from_its_file) {
+    go_to_data_tree();
+    show all;
+    start(all);
+    const std::pair<gtex, const char*> pictures[] = {
+        {all.img_morvane, "morvane"},       {all.img_presents, "presents"}, {all.img_lorrim, "lorrim"},
+        {all.img_greets, "greets"},         {all.img_cred, "cred"},         {all.img_hum, "hum"},
+        {all.img_parental, "parental-1"},   {all.img_cubev, "cubev"},       {all.img_violence, "violence"},
+        {all.img_velkadame, "velkadame2x"}, {all.img_accident, "accident1"}};
+    captured_output quiet;
+    for (const auto& [picture, name] : pictures) {
+        gtex read = gtex_load_png(std::string("data/part1/") + name + ".png");
+        for (std::int32_t i = 0; i < read.count; ++i)
+            ASSERT_EQ(picture.pixels[i] & 0xffffff, read.pixels[i]) << name << " at " << i;
+        gtex_destroy(read);
+    }
+    const auto bytes = [](const char* path) {
+        std::ifstream file(path, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    const auto byte = [](char c) { return static_cast<std::uint32_t>(static_cast<unsigned char>(c)); };
+    const std::string accident = bytes("data/part1/accident1-256.tga"),
+                      greets = bytes("data/part1/greets-1-256.tga");
+    for (std::size_t i = 0; i < 147456; ++i) {
+        ASSERT_EQ(all.img_accident.pixels[i] >> 24, byte(accident[786 + i]));
+        ASSERT_EQ(all.img_greets.pixels[i] >> 24, byte(greets[786 + i]));
+    }
+    const auto pixel_in = [&](const std::string& file, std::size_t i) {
+        return byte(file[18 + 4 * i]) | byte(file[19 + 4 * i]) << 8 | byte(file[20 + 4 * i]) << 16 |
+               byte(file[21 + 4 * i]) << 24;
+    };
+    const std::pair<gtex, const char*> textures[] = {{all.tex_texture, "texture"},
+                                                     {all.tex_intro, "intro1c"},
+                                                     {all.tex_tunnel, "tunnel3"},
+                                                     {all.tex_cube, "cubetex2"}};
+    for (const auto& [texture, name] : textures) {
+        const std::string file = bytes((std::string("data/part1/tex/") + name + ".tga").c_str());
+        for (std::size_t i = 0; i < 65536; ++i)
+            ASSERT_EQ(texture.pixels[i], pixel_in(file, i)) << name << " at " << i;
+    }
+    const std::pair<gtex, const char*> sprites[] = {
+        {all.spr_light, "light"}, {all.spr_light2, "light2"}, {all.spr_light3, "light_3"}};
+    for (const auto& [sprite, name] : sprites) { // whose rows run from the bottom up in the file
+        const std::string file = bytes((std::string("data/gfx/sprites/") + name + ".tga").c_str());
+        for (std::size_t y = 0; y < 32; ++y)
+            for (std::size_t x = 0; x < 32; ++x)
+                ASSERT_EQ(sprite.pixels[y * 32 + x], pixel_in(file, (31 - y) * 32 + x)) << name;
+    }
+}
+
+TEST(start_up, meshes_are_read_and_lit_and_the_stars_lie_at_random) {
+    go_to_data_tree();
+    winbase::srand(1);
+    show all;
+    start(all);
+    for (const object* mesh : {&all.obj_inside, &all.obj_meteor, &all.obj_cube}) {
+        EXPECT_GT(mesh->vertex_count, 100);
+        EXPECT_GT(mesh->face_count, 100);
+        EXPECT_FLOAT_EQ(mesh->light.x, 0);
+        EXPECT_FLOAT_EQ(mesh->light.y, 0.70710678F);
+        EXPECT_FLOAT_EQ(mesh->light.z, 0.70710678F);
+    }
+    EXPECT_EQ(all.obj_stars.vertex_count, 250);
+    winbase::srand(1); // nothing before the stars draws a random number
+    for (std::size_t i = 0; i < 250; ++i) {
+        const object_vertex& star = all.obj_stars.world_vertices[i];
+        for (const float coordinate : {star.x, star.y, star.z})
+            ASSERT_EQ(coordinate, static_cast<float>(winbase::rand() % 256 - 127));
+        EXPECT_EQ(all.obj_stars.model_vertices[i].y, star.y);
+        EXPECT_EQ(all.obj_stars.sort_order[i], static_cast<std::int32_t>(i));
+    }
+}
+
 TEST(start_up, a_frame_allocates_nothing) {
     go_to_data_tree();
     show all;
@@ -96,12 +199,17 @@ TEST(start_up, a_frame_allocates_nothing) {
     gtex_destroy(probe);
     ASSERT_GT(allocations_so_far(), before_probe); // the counter counts
 
+    // The whole road of a frame, a few frames in each second of the movement.
+    winbase::manual_clock clock(1000);
+    moving_console console(clock);
+    ptc::Surface surface(512, 384, console.format());
+    clock_start();
     const long before = allocations_so_far();
-    for (int frame = 0; frame < 60 * 15; frame += 7)
-        movement1_draw(all, static_cast<float>(frame) / 60);
-    for (const float t : {43.1F, 44.3F, 47.6F, 51.4F})
-        movement1_draw(all, t);
+    const movement_end end = run_movement({.console = console, .surface = surface}, all,
+                                          {.draw = movement1_draw, .end_time = movement1_end});
     EXPECT_EQ(allocations_so_far(), before);
+    EXPECT_EQ(end, movement_end::left);
+    EXPECT_EQ(frame_count, 386);
 }
 
 TEST(start_up, names_each_missing_file_with_the_command_that_makes_it) {
@@ -113,24 +221,43 @@ TEST(start_up, names_each_missing_file_with_the_command_that_makes_it) {
 
     std::filesystem::current_path(empty.path());
     captured_output none;
-    const auto files = static_cast<int>(show_files().size());
-    EXPECT_EQ(report_missing_files(), files);
+    EXPECT_EQ(report_missing_files(), static_cast<int>(needed_files().size()));
     const std::string lines = none.err();
-    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), files);
-    for (const char* path : show_files())
-        EXPECT_NE(lines.find(std::string("morvane: ") + path + " is missing; build/release/bin/morvane-data"),
+    const std::vector<const char*> files = all_files();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), static_cast<std::ptrdiff_t>(files.size()));
+    for (const char* path : files)
+        EXPECT_NE(lines.find(std::string("morvane: ") + path +
+                             " is missing; morvane-data, beside this program, makes it"),
                   std::string::npos)
             << path;
     go_to_data_tree();
 }
 
 TEST(start_up, the_maker_makes_what_the_show_reads) {
-    for (const char* path : show_files()) {
+    std::vector<const char*> files = all_files();
+    files.push_back("data/music/Ashwing1.mp3");
+    for (const char* path : files) {
         const auto makers = assets::makers();
         EXPECT_TRUE(std::any_of(makers.begin(), makers.end(), [&](const auto& row) {
             return row.path == path;
         })) << path;
     }
+}
+
+TEST(start_up, a_mesh_that_is_missing_or_damaged_stays_empty_with_one_line) {
+    const tree_without mesh("data/asc/cube.asc");
+    std::ofstream("data/asc/meteor/meteor2.asc") << "Named object: \"nothing\"";
+    captured_output printed;
+    show all;
+    frame_tables_init();
+    create_spine(all);
+    start_up(all);
+    const std::string lines = printed.err();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 2) << lines;
+    EXPECT_NE(lines.find("data/asc/cube.asc is missing"), std::string::npos);
+    EXPECT_NE(lines.find("data/asc/meteor/meteor2.asc: "), std::string::npos);
+    EXPECT_EQ(all.obj_cube.face_count + all.obj_meteor.face_count, 0);
+    EXPECT_GT(all.obj_inside.face_count, 0);
 }
 
 TEST(start_up, a_missing_picture_ends_the_process_with_1_and_a_missing_raw_file_with_0) {

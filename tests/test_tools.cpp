@@ -44,8 +44,10 @@ words colours_only(words pixels) {
 
 // What the recorder prints goes to a file in `folder`; returns its exit code.
 int record(const std::string& arguments, const temp_folder& folder) {
-    const std::string command = std::string(MORVANE_TEST_TOOLS) + "/morvane-record " + arguments + " >" +
-                                folder.path("out") + " 2>" + folder.path("err");
+    const auto quoted = [](const std::string& path) { return "'" + path + "'"; };
+    const std::string command = quoted(std::string(MORVANE_TEST_TOOLS) + "/morvane-record") + " " +
+                                arguments + " >" + quoted(folder.path("out")) + " 2>" +
+                                quoted(folder.path("err"));
     const int status = std::system(command.c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
@@ -81,7 +83,8 @@ TEST(recorder, a_still_is_the_console_picture_without_its_top_bytes) {
     go_to_data_tree();
     const temp_folder folder;
     const std::string late = folder.path("late.png"), early = folder.path("early.png");
-    ASSERT_EQ(record("--still 5 " + late + " --still 0.5 " + early, folder), 0) << text_in(folder, "err");
+    ASSERT_EQ(record("--still 5 '" + late + "' --still 0.5 '" + early + "'", folder), 0)
+        << text_in(folder, "err");
     captured_output quiet;
     off_screen_show recorded(60);
     EXPECT_EQ(picture_in(early), colours_only(picture_of(recorded, 30))); // in the order of their times
@@ -111,14 +114,20 @@ TEST(recorder, an_unwritable_picture_ends_with_1_and_leaves_nothing) {
     EXPECT_NE(text_in(folder, "err").find(path + ": No such file or directory"), std::string::npos);
 
     std::filesystem::create_directory(folder.path("taken.png")); // a folder is in the place of the file
-    EXPECT_EQ(record("--still 0 " + folder.path("taken.png"), folder), 1);
+    EXPECT_EQ(record("--still 0 '" + folder.path("taken.png") + "'", folder), 1);
     for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
         EXPECT_EQ(entry.path().string().find(".part"), std::string::npos) << entry.path();
 }
 
 TEST(recorder, without_its_data_it_says_what_is_missing) {
     const temp_folder folder;
+    std::filesystem::current_path(MORVANE_TEST_TREE);
+    std::filesystem::copy("data", folder.path("data"), std::filesystem::copy_options::recursive);
     std::filesystem::current_path(folder.path());
+    std::filesystem::remove("data/gfx/sprites/light.tga"); // whose reader would end the process with 0
+    EXPECT_EQ(record("--still 0 a.png", folder), 1);
+    EXPECT_FALSE(std::filesystem::exists("a.png"));
+    std::filesystem::remove("data/part1/morvane.png");
     EXPECT_EQ(record("--still 0 a.png", folder), 1);
     EXPECT_NE(text_in(folder, "err").find("data/part1/morvane.png is missing"), std::string::npos);
     go_to_data_tree();

@@ -1,9 +1,8 @@
 #include "tools/off_screen_show.h"
 
-#include <cmath>
-
 #include "driver/chain.h"
 #include "driver/frame_clock.h"
+#include "math/numbers.h"
 #include "platform/winbase.h"
 
 off_screen_show::off_screen_show(std::int32_t fps)
@@ -18,7 +17,7 @@ off_screen_show::off_screen_show(std::int32_t fps)
 
 std::int64_t off_screen_show::frame_at(double seconds) const {
     constexpr double slack = 1e-6; // a time that was meant to fall on a frame does
-    return static_cast<std::int64_t>(std::floor(seconds * fps_ + slack));
+    return trunc_to_int64(seconds * fps_ + slack);
 }
 
 void off_screen_show::draw_up_to(std::int64_t frame) {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "driver/data_files.h"
 #include "tools/off_screen_show.h"
 #include "tools/picture_file.h"
 #include "tools/record_options.h"
@@ -13,6 +14,7 @@ constexpr std::int32_t frames_per_second = 60;
 int record(std::vector<still> stills) {
     std::stable_sort(stills.begin(), stills.end(),
                      [](const still& a, const still& b) { return a.seconds < b.seconds; });
+    if (report_missing_files() > 0) return 1;
     off_screen_show recorded(frames_per_second);
     for (const still& each : stills) {
         recorded.draw_up_to(recorded.frame_at(each.seconds));

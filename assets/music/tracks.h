@@ -1,0 +1,10 @@
+// The tracks of the show as files.
+#pragma once
+
+#include "assets/file_forms.h"
+
+namespace assets {
+
+file_bytes music_ashwing(); // MP3
+
+} // namespace assets
