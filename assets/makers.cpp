@@ -11,6 +11,7 @@ namespace {
 
 constexpr auto table = std::to_array<maker>({
     {"data/music/Ashwing1.mp3", music_ashwing},
+    {"data/music/ferrow_amoeba2_test2.ogg", music_ferrow},
     {"data/part1/accident1.png", accident_picture},
     {"data/part1/accident1-256.tga", accident_mask},
     {"data/part1/parental-1.png", parental_card},

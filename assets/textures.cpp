@@ -72,19 +72,19 @@ file_bytes texture_inside() {
         const float gap = 2 * c.edge;
         const float lamp = smooth_step(0.62F, 0.95F, c.value); // one plate in three has light in it
         const rgb shade =
-            mix(palette::night * 0.16F, palette::plum * 0.032F, smooth_step(0.25F, 0.45F, c.value));
-        const rgb base = mix(shade, palette::indigo * 0.25F, lamp);
+            mix(palette::night * 0.4F, palette::plum * 0.09F, smooth_step(0.25F, 0.45F, c.value));
+        const rgb base = mix(shade, palette::indigo * 0.55F, lamp);
         rgb colour = base * (0.1F + 2.2F * light * light);
         // The lines, brightest near the edge.
         const float line = 0.5F + 0.5F * std::cos(gap * 30);
         colour += mix(palette::plum * 0.7F, palette::electric, lamp) *
-                  (0.08F * line * line * line * line * smooth_step(0.08F, 0.2F, gap) *
+                  (0.14F * line * line * line * line * smooth_step(0.08F, 0.2F, gap) *
                    smooth_step(0.75F, 0.2F, gap));
         // The seams, hotter in some places than in others.
         const float heat = smooth_step(-0.25F, 0.45F, fbm(p * 3, 2, 330, 3));
         colour += palette::orchid * ((0.012F + 0.035F * heat) * glow_line(gap, 0.1F));
         return colour + mix(palette::orchid, palette::magenta, heat * 0.5F) *
-                            ((0.07F + 0.2F * heat) * glow_line(gap, 0.04F));
+                            ((0.1F + 0.25F * heat) * glow_line(gap, 0.04F));
     });
     return finished(image, 51);
 }

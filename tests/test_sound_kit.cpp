@@ -38,9 +38,9 @@ TEST(Tempo, SectionsBeginAtTheirTimesAndStepsAreEven) {
     for (int in = 0; in + 1 < ashwing_tempo.sections(); ++in) {
         const double start = ashwing_starts[static_cast<std::size_t>(in)];
         const double next = ashwing_starts[static_cast<std::size_t>(in + 1)];
-        EXPECT_EQ(ashwing_time(in, 0, 0), start);
-        EXPECT_NEAR(ashwing_time(in, 8, 0), next, 1e-9);
-        EXPECT_NEAR(ashwing_time(in, 3, 5.5), start + (next - start) * 53.5 / 128, 1e-9);
+        EXPECT_EQ(ashwing_form.time(in, 0, 0), start);
+        EXPECT_NEAR(ashwing_form.time(in, 8, 0), next, 1e-9);
+        EXPECT_NEAR(ashwing_form.time(in, 3, 5.5), start + (next - start) * 53.5 / 128, 1e-9);
     }
     EXPECT_NEAR(ashwing_tempo.beats_a_minute(drop), 134.08, 0.01); // 32 beats in 14.32 s
     EXPECT_EQ(ashwing_tempo.time(99, 0), ashwing_tempo.time(tail, 0));

@@ -11,6 +11,7 @@
 #include "assets/music/filters.h"
 #include "assets/music/mp3_writer.h"
 #include "tests/support/data_tree.h"
+#include "tests/support/loudness.h"
 #include "tests/support/sound_levels.h"
 
 namespace {
@@ -111,6 +112,8 @@ TEST_F(Ashwing, LastsAsLongAsItsMovementAndEndsInSilence) {
     EXPECT_LT(peak, 0.95F);
     EXPECT_GT(peak, 0.5F);
     EXPECT_LT(std::fabs(mean / track.sound.frames()), 0.001);
+    EXPECT_NEAR(loudness(track.sound), -14.0, 0.5);
+    EXPECT_LT(true_peak(track.sound), -1.0);
 }
 
 TEST_F(Ashwing, SectionsRiseAndFallWithTheForm) {

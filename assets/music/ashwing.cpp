@@ -97,17 +97,6 @@ constexpr auto stems = std::to_array<stem>({
 
 constexpr float echo_steps = 3; // a dotted eighth
 
-// The echoes' time follows the tempo of each section.
-std::vector<curve_point> echo_times() {
-    std::vector<curve_point> points;
-    for (int in = 0; in < ashwing_tempo.sections(); ++in) {
-        const auto seconds = static_cast<float>(ashwing_tempo.step_length(in)) * echo_steps;
-        points.push_back({ashwing_tempo.time(in, 0), seconds});
-        points.push_back({ashwing_tempo.time(in + 1, 0) - 0.001, seconds});
-    }
-    return points;
-}
-
 // The whole breathes with the form: the gain into the compressor.
 constexpr auto levels = std::to_array<curve_point>({
     {0.0, 0.66F},     {9.0, 0.72F},    {13.0, 0.66F},   {14.19, 0.66F},   {14.2, 0.80F},   {28.5, 0.84F},
@@ -126,7 +115,7 @@ constexpr auto fade_out =
 
 stereo ashwing_sound(double seconds, std::string_view only) {
     const std::vector<int> kicks = ashwing_kick_frames();
-    const std::vector<curve_point> echoes = echo_times();
+    const std::vector<curve_point> echoes = echo_times(ashwing_tempo, echo_steps);
     const desk set_up = {
         .stems = stems,
         .kicks = kicks,
@@ -148,10 +137,7 @@ stereo ashwing_sound(double seconds, std::string_view only) {
 }
 
 std::vector<std::string_view> ashwing_stem_names() {
-    std::vector<std::string_view> names;
-    for (const stem& one : stems)
-        names.push_back(one.name);
-    return names;
+    return names_of(stems);
 }
 
 } // namespace assets::sound

@@ -18,13 +18,11 @@
 #pragma once
 
 #include <array>
-#include <span>
 #include <string_view>
 #include <vector>
 
 #include "assets/music/buffers.h"
-#include "assets/music/score.h"
-#include "assets/music/tempo.h"
+#include "assets/music/laying.h"
 
 namespace assets::sound {
 
@@ -43,34 +41,8 @@ inline constexpr std::array<double, 9> ashwing_flashes = {43.08, 43.93, 44.26, 4
 inline constexpr std::array<double, 3> ashwing_ripples = {57.35, 61.03, 64.41};
 inline constexpr double ashwing_burst = 114.29; // just before a section's end
 
-// Seconds of a step of a bar.
-inline double ashwing_time(int in_section, int bar, double step) {
-    return ashwing_tempo.time(in_section, bar * steps_a_bar + step);
-}
-
-// A chord by its letter: the bass's pitch and four upper notes around C4.
-struct chord {
-    char letter;
-    int root;
-    std::array<int, 4> upper;
-};
-const chord& chord_of(char letter);
-
-// The chord of each bar of a section, eight letters ("." is none).
-std::string_view chords_of(int in_section);
-
-// A chord that sounds over whole bars.
-struct chord_span {
-    const chord* harmony;
-    double start;
-    double length;
-};
-std::vector<chord_span> chord_spans(int in_section, int first_bar, int bars);
-
-// A line of pitches from a bar of a section on.
-std::vector<note> placed(int in_section, int bar, std::string_view line, int transpose = 0);
-
-void append(std::vector<note>& to, const std::vector<note>& more);
+// Time and harmony.
+extern const form ashwing_form;
 
 // The stems.
 void ashwing_kick(stereo& out);

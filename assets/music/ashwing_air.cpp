@@ -4,8 +4,8 @@
 #include "assets/music/ashwing.h"
 #include "assets/music/effects.h"
 #include "assets/music/filters.h"
-#include "assets/music/instruments.h"
 #include "assets/music/oscillators.h"
+#include "assets/music/playing.h"
 #include "assets/music/random.h"
 
 namespace assets::sound {
@@ -42,12 +42,6 @@ void ashwing_wind(stereo& out) {
 }
 
 void ashwing_risers(stereo& out) {
-    struct riser {
-        double from;
-        double to;
-        float gain;
-        float hertz; // where it arrives
-    };
     constexpr auto risers = std::to_array<riser>({
         {13.1, 14.17, 0.5F, 7000.0F},
         {25.0, 28.48, 0.35F, 6500.0F},
@@ -60,18 +54,7 @@ void ashwing_risers(stereo& out) {
         {122.0, 128.95, 0.5F, 9000.0F},
         {139.9, 143.25, 0.14F, 3000.0F},
     });
-    std::uint32_t seed = 951;
-    for (const riser& one : risers)
-        add_sweep(out,
-                  {.start = one.from,
-                   .length = one.to - one.from,
-                   .from_hertz = 300,
-                   .to_hertz = one.hertz,
-                   .from_gain = 0.0F,
-                   .to_gain = one.gain,
-                   .bow = 1.8F,
-                   .q = 1.6F},
-                  seed++);
+    add_risers(out, risers, 951);
     // Tones that climb an octave and more where the picture prepares its greatest turns.
     add_slide(out, {.start = 79.1,
                     .length = 6.5,
@@ -108,13 +91,8 @@ void ashwing_risers(stereo& out) {
 }
 
 void ashwing_shapes(stereo& out) {
-    struct drop_off {
-        double start;
-        double length;
-        float gain;
-    };
     // One second of solarisation each, falling as the picture does; the last is the credit's leaving.
-    constexpr auto falls = std::to_array<drop_off>({
+    constexpr auto falls = std::to_array<faller>({
         {14.2, 1.3, 0.5F},
         {28.5, 1.0, 0.25F},
         {57.35, 1.2, 0.4F},
@@ -124,19 +102,7 @@ void ashwing_shapes(stereo& out) {
         {128.99, 1.2, 0.6F},
         {137.67, 2.2, 0.3F},
     });
-    std::uint32_t seed = 1001;
-    for (const drop_off& one : falls)
-        add_sweep(out,
-                  {.start = one.start,
-                   .length = one.length,
-                   .from_hertz = 9000,
-                   .to_hertz = 220,
-                   .from_gain = one.gain,
-                   .to_gain = 0.0F,
-                   .bow = 0.6F,
-                   .q = 0.9F,
-                   .fade = 0.003F},
-                  seed++);
+    add_fallers(out, falls, 1001);
     // The meteor comes up, the cube comes in.
     add_slide(out, {.start = 14.2,
                     .length = 1.0,
@@ -188,13 +154,6 @@ void ashwing_shapes(stereo& out) {
 }
 
 void ashwing_edit(stereo& sound) {
-    struct repeat {
-        section in;
-        int bar;
-        double step;
-        double slice; // steps
-        int times;
-    };
     constexpr auto repeats = std::to_array<repeat>({
         {shaking, 0, 12, 1, 3},   {shaking, 1, 8, 0.5, 7}, {shaking, 1, 13, 0.25, 7},
         {shaking, 2, 10, 2, 2},   {shaking, 3, 4, 1, 3},   {shaking, 3, 10, 0.5, 5},
@@ -204,19 +163,9 @@ void ashwing_edit(stereo& sound) {
         {flashes, 5, 14, 0.5, 3}, {drop, 3, 14, 0.5, 3},   {cube, 3, 14, 0.5, 3},
         {height, 3, 14, 0.5, 3},
     });
-    for (const repeat& one : repeats) {
-        const double step = ashwing_tempo.step_length(one.in);
-        stutter(sound, frame_of(ashwing_time(one.in, one.bar, one.step)), frame_of(one.slice * step),
-                one.times);
-    }
+    add_repeats(sound, ashwing_form, repeats);
     // Breath before the turns, and before the ripples that come off the beat.
-    struct gap {
-        section in;
-        int bar;
-        double step;
-        double until; // seconds
-    };
-    constexpr auto gaps = std::to_array<gap>({
+    constexpr auto gaps = std::to_array<breath>({
         {name, 7, 14.5, ashwing_starts[flashes]},
         {shaking, 1, 15, ashwing_ripples[1]},
         {shaking, 3, 12.6, ashwing_ripples[2]},
@@ -226,12 +175,9 @@ void ashwing_edit(stereo& sound) {
         {cube, 7, 11.6, ashwing_burst},
         {turning, 7, 14.5, ashwing_starts[height]},
     });
-    for (const gap& one : gaps) {
-        const int from = frame_of(ashwing_time(one.in, one.bar, one.step));
-        silence(sound, from, frame_of(one.until) - from);
-    }
+    add_breaths(sound, ashwing_form, gaps);
     // The beat is halted like a turntable before everything breaks.
-    const int from = frame_of(ashwing_time(flashes, 7, 10));
+    const int from = frame_of(ashwing_form.time(flashes, 7, 10));
     halt(sound, from, frame_of(ashwing_starts[shaking]) - from);
 }
 

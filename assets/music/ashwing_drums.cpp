@@ -1,34 +1,14 @@
-// The drums of "Ashwing". A section's row has a letter for each of its eight bars, which names a bar of the
-// voice's own small book.
+// The drums of "Ashwing".
 #include <algorithm>
 #include <cstddef>
 
 #include "assets/music/ashwing.h"
-#include "assets/music/drums.h"
-#include "assets/music/random.h"
+#include "assets/music/playing.h"
 
 namespace assets::sound {
 namespace {
 
-struct drum_bar {
-    char letter;
-    std::string_view hits;
-};
-struct drum_row {
-    section in;
-    std::string_view bars;
-};
-struct drum_part {
-    std::span<const drum_bar> book;
-    std::span<const drum_row> rows;
-};
-struct stroke {
-    double time;
-    float velocity;
-    int step; // of the bar
-};
-
-constexpr auto kick_book = std::to_array<drum_bar>({
+constexpr auto kick_book = std::to_array<bar_text>({
     {'a', "9...9...9...9..."},
     {'b', "9...9...9...9.6."},
     {'c', "9..6..9...6.9..."},
@@ -44,7 +24,7 @@ constexpr auto kick_book = std::to_array<drum_bar>({
     {'o', "......9...9...6."},
     {'l', "9...9..69...9.69"},
 });
-constexpr auto kick_rows = std::to_array<drum_row>({
+constexpr auto kick_rows = std::to_array<bar_row>({
     {meteor, "aabaaabf"},
     {name, "aabaaabf"},
     {flashes, "..iaibaf"},
@@ -56,7 +36,7 @@ constexpr auto kick_rows = std::to_array<drum_row>({
     {height, "abalbdhg"},
 });
 
-constexpr auto snare_book = std::to_array<drum_bar>({
+constexpr auto snare_book = std::to_array<bar_text>({
     {'a', "....9.......9..."},
     {'b', "....9..3....9..4"},
     {'c', "....9.......9.57"},
@@ -72,7 +52,7 @@ constexpr auto snare_book = std::to_array<drum_bar>({
     {'y', "....9..5.78....."},
     {'x', "....9......9..3."},
 });
-constexpr auto snare_rows = std::to_array<drum_row>({
+constexpr auto snare_rows = std::to_array<bar_row>({
     {meteor, "....aaaf"},
     {name, "aabaabac"},
     {flashes, "...a.bcf"},
@@ -84,7 +64,7 @@ constexpr auto snare_rows = std::to_array<drum_row>({
     {height, "babcb.d."},
 });
 
-constexpr auto clap_rows = std::to_array<drum_row>({
+constexpr auto clap_rows = std::to_array<bar_row>({
     {name, "....aaac"},
     {drop, "aaaaaaac"},
     {cube, "....aaa."},
@@ -92,7 +72,7 @@ constexpr auto clap_rows = std::to_array<drum_row>({
     {turning, "....aaa."},
 });
 
-constexpr auto hat_book = std::to_array<drum_bar>({
+constexpr auto hat_book = std::to_array<bar_text>({
     {'a', "..7...7...7...7."},
     {'b', "4.7.4.7.4.7.4.73"},
     {'c', "5375537553755376"},
@@ -102,7 +82,7 @@ constexpr auto hat_book = std::to_array<drum_bar>({
     {'f', "6.6.6.6.66669999"},
     {'q', "......7......7.."},
 });
-constexpr auto hat_rows = std::to_array<drum_row>({
+constexpr auto hat_rows = std::to_array<bar_row>({
     {meteor, "aabbbebc"},
     {name, "ebececbc"},
     {flashes, "...d.ebc"},
@@ -113,7 +93,7 @@ constexpr auto hat_rows = std::to_array<drum_row>({
     {turning, "..qqebec"},
     {height, "cecceddq"},
 });
-constexpr auto open_rows = std::to_array<drum_row>({
+constexpr auto open_rows = std::to_array<bar_row>({
     {name, "....aaaa"},
     {drop, "aaaaaaaa"},
     {height, "aaaaa..."},
@@ -121,11 +101,11 @@ constexpr auto open_rows = std::to_array<drum_row>({
     {cube, "...a..aa"},
 });
 
-constexpr auto shaker_book = std::to_array<drum_bar>({
+constexpr auto shaker_book = std::to_array<bar_text>({
     {'a', "3264326432643265"},
     {'b', "3.6.3.6433643.65"},
 });
-constexpr auto shaker_rows = std::to_array<drum_row>({
+constexpr auto shaker_rows = std::to_array<bar_row>({
     {meteor, "..babaab"},
     {name, "abaabaab"},
     {drop, "abaabaab"},
@@ -136,13 +116,13 @@ constexpr auto shaker_rows = std::to_array<drum_row>({
 });
 
 // Struck wires: left and right, three against four.
-constexpr auto wire_book = std::to_array<drum_bar>({
+constexpr auto wire_book = std::to_array<bar_text>({
     {'a', "7..5..7.....5..3"},
     {'b', "..6..4..6..4..65"},
     {'c', "7.7...5...77...."},
     {'d', "....8.......8.4."},
 });
-constexpr auto wire_rows = std::to_array<drum_row>({
+constexpr auto wire_rows = std::to_array<bar_row>({
     {meteor, "..a.a.ab"},
     {name, "ab.aabab"},
     {shaking, "cabcacbc"},
@@ -153,7 +133,7 @@ constexpr auto wire_rows = std::to_array<drum_row>({
     {height, "dadba.b."},
 });
 
-constexpr auto tom_book = std::to_array<drum_bar>({
+constexpr auto tom_book = std::to_array<bar_text>({
     {'a', "............8.68"},
     {'b', "........8..8..87"},
     {'c', "8..7..8.8.787878"},
@@ -161,7 +141,7 @@ constexpr auto tom_book = std::to_array<drum_bar>({
     {'e', "......7...6....."},
     {'f', "......8.8.7....."},
 });
-constexpr auto tom_rows = std::to_array<drum_row>({
+constexpr auto tom_rows = std::to_array<bar_row>({
     {meteor, "...a...b"},
     {name, ".......a"},
     {flashes, ".b.....c"},
@@ -173,43 +153,14 @@ constexpr auto tom_rows = std::to_array<drum_row>({
     {height, "...b...."},
 });
 
-std::vector<stroke> strokes(const drum_part& part) {
-    std::vector<stroke> found;
-    for (const drum_row& row : part.rows) {
-        for (int bar = 0; bar < bars_a_section; ++bar) {
-            const char letter = row.bars[static_cast<std::size_t>(bar)];
-            for (const drum_bar& entry : part.book) {
-                if (entry.letter != letter) continue;
-                for (const step_hit& hit : read_hits(entry.hits))
-                    found.push_back({ashwing_time(row.in, bar, hit.step), hit.velocity, hit.step});
-            }
-        }
-    }
-    std::sort(found.begin(), found.end(), [](const stroke& a, const stroke& b) { return a.time < b.time; });
-    return found;
-}
-
-// Odd steps come a little late, and no hand is a machine.
-int played_frame(const stroke& hit, random_source& hand) {
-    constexpr double swing_seconds = 0.007;
-    constexpr double unsteady_seconds = 0.0015;
-    return std::max(0, frame_of(hit.time + (hit.step % 2 == 1 ? swing_seconds : 0.0) +
-                                unsteady_seconds * static_cast<double>(hand.bipolar())));
-}
-
-pan_gains scaled(pan_gains gains, float factor) {
-    return {gains.left * factor, gains.right * factor};
+std::vector<stroke> strokes(const voice_part& part) {
+    return strokes_of(ashwing_form, part);
 }
 
 // Plays a part with the strokes of a kit in turn.
-void play(stereo& out, const drum_part& part, std::span<const stereo> kit, float gain, float pan,
+void play(stereo& out, const voice_part& part, std::span<const stereo> kit, float gain, float pan,
           std::uint32_t seed) {
-    random_source hand = seeded(seed);
-    std::size_t turn = 0;
-    for (const stroke& hit : strokes(part)) {
-        const float level = hit.velocity * hit.velocity * gain * (1.0F + 0.12F * hand.bipolar());
-        add_hit(out, kit[turn++ % kit.size()], played_frame(hit, hand), scaled(panned(pan), level));
-    }
+    add_strokes(out, strokes(part), kit, gain, pan, seed);
 }
 
 // Kicks that follow the picture and not the grid.
@@ -222,13 +173,7 @@ std::vector<double> free_kicks() {
 } // namespace
 
 std::vector<int> ashwing_kick_frames() {
-    std::vector<int> frames;
-    for (const stroke& hit : strokes({kick_book, kick_rows}))
-        frames.push_back(frame_of(hit.time));
-    for (const double time : free_kicks())
-        frames.push_back(frame_of(time));
-    std::sort(frames.begin(), frames.end());
-    return frames;
+    return kick_frames(strokes({kick_book, kick_rows}), free_kicks());
 }
 
 void ashwing_kick(stereo& out) {
@@ -274,12 +219,7 @@ void ashwing_toms(stereo& out) {
 }
 
 void ashwing_crashes(stereo& out) {
-    struct crash {
-        double time;
-        float gain;
-        float pan;
-    };
-    constexpr auto crashes = std::to_array<crash>({
+    constexpr auto crashes = std::to_array<timed_hit>({
         {14.2, 0.8F, 0.2F},    {28.5, 0.8F, -0.3F},   {43.08, 1.0F, 0.0F},   {43.93, 0.9F, -0.4F},
         {44.26, 0.9F, 0.4F},   {46.65, 0.75F, 0.0F},  {47.53, 0.6F, -0.4F},  {47.74, 0.6F, 0.4F},
         {50.22, 0.75F, 0.0F},  {51.11, 0.6F, 0.4F},   {51.35, 0.6F, -0.4F},  {57.35, 0.7F, 0.3F},
@@ -288,19 +228,11 @@ void ashwing_crashes(stereo& out) {
         {128.99, 1.0F, -0.4F}, {136.145, 0.6F, 0.2F}, {137.67, 0.4F, -0.2F},
     });
     const std::array<stereo, 3> kit = {make_crash(0.75F, 1), make_crash(0.6F, 2), make_crash(0.85F, 3)};
-    std::size_t turn = 0;
-    for (const crash& hit : crashes)
-        add_hit(out, kit[turn++ % kit.size()], frame_of(hit.time), scaled(panned(hit.pan), hit.gain));
+    add_hits(out, crashes, kit);
 }
 
 void ashwing_booms(stereo& out) {
-    struct boom {
-        double time;
-        float gain;
-        float hertz;
-        float seconds;
-    };
-    constexpr auto booms = std::to_array<boom>({
+    constexpr auto booms = std::to_array<timed_boom>({
         {2.0, 0.3F, 43.65F, 2.5F},
         {6.0, 0.35F, 43.65F, 2.5F},
         {13.0, 0.5F, 40.0F, 1.0F},
@@ -319,8 +251,7 @@ void ashwing_booms(stereo& out) {
         {137.67, 0.5F, 43.65F, 2.0F},
         {143.3, 0.45F, 43.65F, 3.6F},
     });
-    for (const boom& hit : booms)
-        add_hit(out, make_boom(hit.hertz, hit.seconds), frame_of(hit.time), {hit.gain, hit.gain});
+    add_booms(out, booms);
 }
 
 } // namespace assets::sound

@@ -1,7 +1,5 @@
 #include "assets/music/ashwing.h"
 
-#include <cstddef>
-
 namespace assets::sound {
 namespace {
 
@@ -33,48 +31,6 @@ constexpr std::array<std::string_view, 11> harmony = {
 
 } // namespace
 
-const chord& chord_of(char letter) {
-    for (const chord& found : chords)
-        if (found.letter == letter) return found;
-    return chords.front();
-}
-
-std::string_view chords_of(int in_section) {
-    return harmony[static_cast<std::size_t>(in_section)];
-}
-
-std::vector<chord_span> chord_spans(int in_section, int first_bar, int bars) {
-    const std::string_view letters = chords_of(in_section);
-    std::vector<chord_span> spans;
-    for (int bar = first_bar; bar < first_bar + bars; ++bar) {
-        const char letter = letters[static_cast<std::size_t>(bar)];
-        if (letter == '.') continue;
-        const double length = ashwing_tempo.step_length(in_section) * steps_a_bar;
-        const bool goes_on =
-            bar > first_bar && !spans.empty() && letters[static_cast<std::size_t>(bar - 1)] == letter;
-        if (goes_on)
-            spans.back().length += length;
-        else
-            spans.push_back({&chord_of(letter), ashwing_time(in_section, bar, 0), length});
-    }
-    return spans;
-}
-
-std::vector<note> placed(int in_section, int bar, std::string_view line, int transpose) {
-    const double step = ashwing_tempo.step_length(in_section);
-    std::vector<note> notes;
-    for (const step_note& found : read_line(line))
-        notes.push_back({.start = ashwing_time(in_section, bar, found.step),
-                         .length = found.length * step,
-                         .pitch = static_cast<float>(found.pitch + transpose),
-                         .velocity = found.velocity,
-                         .pan = 0,
-                         .slide = found.slide});
-    return notes;
-}
-
-void append(std::vector<note>& to, const std::vector<note>& more) {
-    to.insert(to.end(), more.begin(), more.end());
-}
+constinit const form ashwing_form{ashwing_tempo, chords, harmony};
 
 } // namespace assets::sound

@@ -2,7 +2,7 @@
 #include <cstddef>
 
 #include "assets/music/ashwing.h"
-#include "assets/music/instruments.h"
+#include "assets/music/playing.h"
 
 namespace assets::sound {
 namespace {
@@ -15,13 +15,7 @@ constexpr auto pad_cutoff = std::to_array<curve_point>({
     {137.6, 3200.0F}, {143.3, 500.0F},  {147.0, 200.0F},
 });
 
-struct pad_row {
-    section in;
-    int first_bar;
-    int bars;
-    float level;
-};
-constexpr auto pad_rows = std::to_array<pad_row>({
+constexpr auto pad_rows = std::to_array<chord_row>({
     {meteor, 4, 4, 0.45F},
     {name, 0, 8, 0.75F},
     {flashes, 6, 2, 0.6F},
@@ -47,12 +41,7 @@ void add_wobbling_card(stereo& out) {
         add_poly(out, {.start = 7.2, .length = 1.8, .pitch = pitch, .velocity = 0.8F}, sound, seed++);
 }
 
-// Wire bars: which note of the chord, from its lowest up; beyond its four notes it goes on an octave higher.
-struct wire_bar {
-    char letter;
-    std::string_view steps;
-};
-constexpr auto wire_book = std::to_array<wire_bar>({
+constexpr auto wire_book = std::to_array<bar_text>({
     {'a', "0 2 1 3 2 4 3 5 4 3 2 4 1 3 2 1"},
     {'b', "0! 2 4 0 2 4 0 2 4! 0 2 4 5 4 2 0"},
     {'c', "0 . . 2 . . 4 . . . 3, . . 1 . ."},
@@ -62,11 +51,7 @@ constexpr auto wire_book = std::to_array<wire_bar>({
     {'g', "4! 4, . 4 . . 2, 2 . 2 . . 5 5, 5, 5"},
     {'h', "0 . 3 . . 0 . 3 . . 0 . 5! . 4, ."},
 });
-struct wire_row {
-    section in;
-    std::string_view bars;
-};
-constexpr auto wire_rows = std::to_array<wire_row>({
+constexpr auto wire_rows = std::to_array<bar_row>({
     {meteor, "ccdcddad"},
     {name, "hdhdhahb"},
     {flashes, "...d.def"},
@@ -119,7 +104,7 @@ constexpr auto cube_answers = std::to_array<cube_line>({
 std::vector<note> pulses_of(std::span<const cube_line> lines, int transpose, float pan) {
     std::vector<note> notes;
     for (const cube_line& line : lines)
-        append(notes, placed(cube, line.bar, line.steps, transpose));
+        append(notes, ashwing_form.placed(cube, line.bar, line.steps, transpose));
     for (note& played : notes) {
         played.pan = pan;
         played.length *= 0.6;
@@ -130,61 +115,21 @@ std::vector<note> pulses_of(std::span<const cube_line> lines, int transpose, flo
 } // namespace
 
 void ashwing_pad(stereo& out) {
-    const poly_sound sound = {.gain = 0.11F,
-                              .saws = 4,
-                              .cents = 16.0F,
-                              .pulse = 0.15F,
-                              .q = 0.75F,
-                              .drift = 0.25F,
-                              .amp = {.attack = 0.18F, .decay = 1, .sustain = 1, .release = 0.7F},
-                              .cutoff = pad_cutoff};
-    std::uint32_t seed = 81;
-    for (const pad_row& row : pad_rows) {
-        for (const chord_span& span : chord_spans(row.in, row.first_bar, row.bars)) {
-            for (const int pitch : span.harmony->upper) {
-                add_poly(out,
-                         {.start = span.start,
-                          .length = span.length - 0.05,
-                          .pitch = static_cast<float>(pitch),
-                          .velocity = row.level},
-                         sound, seed++);
-            }
-        }
-    }
+    poly_sound sound = pad_voice;
+    sound.cutoff = pad_cutoff;
+    add_pad(out, ashwing_form, pad_rows, sound, 81);
     add_wobbling_card(out);
 }
 
 void ashwing_choir(stereo& out) {
-    struct choir_row {
-        section in;
-        int first_bar;
-        int bars;
-        float level;
-    };
-    constexpr auto rows = std::to_array<choir_row>({
+    constexpr auto rows = std::to_array<chord_row>({
         {rising, 4, 3, 0.6F},
         {drop, 4, 4, 0.5F},
         {turning, 0, 8, 1.0F},
         {height, 0, 5, 0.8F},
         {height, 5, 2, 0.6F},
     });
-    std::uint32_t seed = 131;
-    for (const choir_row& row : rows) {
-        for (const chord_span& span : chord_spans(row.in, row.first_bar, row.bars)) {
-            for (std::size_t voice = 0; voice < 4; ++voice) {
-                add_choir(out,
-                          {.start = span.start,
-                           .length = span.length - 0.1,
-                           .pitch = static_cast<float>(span.harmony->upper[voice]),
-                           .velocity = row.level,
-                           .pan = 0.5F * (static_cast<float>(voice) - 1.5F)},
-                          {.gain = 0.22F,
-                           .opening = static_cast<float>(span.length) * 0.6F,
-                           .amp = {.attack = 0.3F, .decay = 1, .sustain = 1, .release = 0.8F}},
-                          seed++);
-            }
-        }
-    }
+    add_choir(out, ashwing_form, rows, 131);
 }
 
 void ashwing_wires(stereo& out) {
@@ -199,23 +144,8 @@ void ashwing_wires(stereo& out) {
                               .filter = {.attack = 0.001F, .decay = 0.16F, .sustain = 0, .release = 0.1F},
                               .cutoff = wire_cutoff};
     std::uint32_t seed = 171;
-    for (const wire_row& row : wire_rows) {
-        const std::string_view chords = chords_of(row.in);
-        for (int bar = 0; bar < bars_a_section; ++bar) {
-            const auto at = static_cast<std::size_t>(bar);
-            const chord& harmony = chord_of(chords[at]);
-            for (const wire_bar& entry : wire_book) {
-                if (entry.letter != row.bars[at]) continue;
-                for (note played : placed(row.in, bar, entry.steps)) {
-                    const int index = trunc_to_int(static_cast<double>(played.pitch));
-                    played.pitch = static_cast<float>(harmony.upper[static_cast<std::size_t>(index % 4)] +
-                                                      12 * (1 + index / 4));
-                    played.pan = index % 2 == 0 ? -0.45F : 0.45F;
-                    add_poly(out, played, sound, seed++);
-                }
-            }
-        }
-    }
+    for (const note& played : broken_chords(ashwing_form, {wire_book, wire_rows}))
+        add_poly(out, played, sound, seed++);
 }
 
 void ashwing_cube(stereo& out) {

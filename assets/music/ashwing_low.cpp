@@ -2,16 +2,13 @@
 #include <cstddef>
 
 #include "assets/music/ashwing.h"
-#include "assets/music/instruments.h"
+#include "assets/music/playing.h"
 
 namespace assets::sound {
 namespace {
 
-struct bass_bar {
-    char letter;
-    std::string_view steps; // semitones above the chord's root
-};
-constexpr auto bass_book = std::to_array<bass_bar>({
+// Semitones above the chord's root.
+constexpr auto bass_book = std::to_array<bar_text>({
     {'a', "0! . . 0 . . 0 . 0, . . 0 . . 12 ."},
     {'b', ". . 0 0, . 0, 0! . . 0, 0 . . 0 12 0,"},
     {'c', "0! - . 0 . 0, 12 . . 0 . 0, . 7 ~10 ~12"},
@@ -28,11 +25,7 @@ constexpr auto bass_book = std::to_array<bass_bar>({
     {'x', "0! . 12 . . 0 . 0 . 7 . . . . . ."},
     {'n', "0! . 12 . . 0 . 0 . 7 . ~12 . 13 ~12 ."},
 });
-struct bass_row {
-    section in;
-    std::string_view bars;
-};
-constexpr auto bass_rows = std::to_array<bass_row>({
+constexpr auto bass_rows = std::to_array<bar_row>({
     {meteor, "aahaaach"},
     {name, "eefeeefc"},
     {flashes, "l.a.hcec"},
@@ -76,15 +69,7 @@ constexpr line_sound bass_sound = {
 };
 
 std::vector<note> bass_notes() {
-    std::vector<note> notes;
-    for (const bass_row& row : bass_rows) {
-        for (int bar = 0; bar < bars_a_section; ++bar) {
-            const auto at = static_cast<std::size_t>(bar);
-            for (const bass_bar& entry : bass_book)
-                if (entry.letter == row.bars[at])
-                    append(notes, placed(row.in, bar, entry.steps, chord_of(chords_of(row.in)[at]).root));
-        }
-    }
+    std::vector<note> notes = notes_over_roots(ashwing_form, {bass_book, bass_rows});
     for (note& played : notes)
         played.length *= 0.88; // air between the notes
     return notes;
@@ -114,12 +99,6 @@ void ashwing_drone(stereo& out) {
         {137.67, 600.0F},
         {147.0, 90.0F},
     });
-    struct hum {
-        double start;
-        double length;
-        float pitch;
-        float level;
-    };
     constexpr auto hums = std::to_array<hum>({
         {0.0, 13.0, 29, 1.0F},
         {0.0, 13.0, 36, 0.7F},
@@ -133,21 +112,7 @@ void ashwing_drone(stereo& out) {
         {137.7, 8.3, 36, 0.7F},
         {137.7, 8.3, 41, 0.5F},
     });
-    std::uint32_t seed = 61;
-    for (const hum& one : hums) {
-        const poly_sound sound = {.gain = 0.3F,
-                                  .saws = 3,
-                                  .cents = 9.0F,
-                                  .pulse = 0.2F,
-                                  .q = 1.6F,
-                                  .track = 0.0F,
-                                  .width = one.pitch < 40 ? 0.2F : 1.0F,
-                                  .drift = 0.6F,
-                                  .amp = {.attack = 2.2F, .decay = 1.0F, .sustain = 1.0F, .release = 0.9F},
-                                  .cutoff = cutoff};
-        add_poly(out, {.start = one.start, .length = one.length, .pitch = one.pitch, .velocity = one.level},
-                 sound, seed++);
-    }
+    add_drone(out, hums, cutoff, {.attack = 2.2F, .decay = 1.0F, .sustain = 1.0F, .release = 0.9F}, 61);
 }
 
 } // namespace assets::sound

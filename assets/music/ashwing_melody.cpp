@@ -2,7 +2,7 @@
 #include <cstddef>
 
 #include "assets/music/ashwing.h"
-#include "assets/music/instruments.h"
+#include "assets/music/playing.h"
 
 namespace assets::sound {
 namespace {
@@ -36,25 +36,6 @@ constexpr std::string_view slow_third =
     "Eb5! - - - - - Ab5 - - - - - G5 - - - | - - - - F5 - - - Eb5 - - - - - - -";
 constexpr std::string_view slow_last =
     "Bb4! - - - - - - - - - - - C5 - - - | E5! - - - - - - - G5 - - - Bb5 - - -";
-
-struct line_at {
-    section in;
-    int bar;
-    std::string_view line;
-    int transpose;
-    float level;
-};
-
-std::vector<note> notes_of(std::span<const line_at> lines) {
-    std::vector<note> notes;
-    for (const line_at& line : lines) {
-        std::vector<note> found = placed(line.in, line.bar, line.line, line.transpose);
-        for (note& played : found)
-            played.velocity *= line.level;
-        append(notes, found);
-    }
-    return notes;
-}
 
 constexpr auto bell_lines = std::to_array<line_at>({
     // the motif's head behind the wires, before anybody knows it
@@ -147,24 +128,12 @@ constexpr auto lead_shake = std::to_array<curve_point>({
     {84.9, 0.0F},
 });
 
-constexpr line_sound lead_sound = {
-    .gain = 0.4F,
-    .saws = 3,
-    .cents = 15.0F,
-    .pulse = 0.35F,
-    .pulse_octave = -1.0F,
-    .resonance = 0.3F,
-    .sweep = 1.7F,
-    .drive = 1.5F,
-    .glide = 0.07F,
-    .vibrato = 14.0F,
-    .noise = 0.02F,
-    .wide = true,
-    .amp = {.attack = 0.008F, .decay = 0.6F, .sustain = 0.7F, .release = 0.14F},
-    .filter = {.attack = 0.012F, .decay = 0.4F, .sustain = 0.35F, .release = 0.2F},
-    .cutoff = lead_cutoff,
-    .shake = lead_shake,
-};
+line_sound lead_sound() {
+    line_sound sound = lead_voice;
+    sound.cutoff = lead_cutoff;
+    sound.shake = lead_shake;
+    return sound;
+}
 
 struct single_bell {
     double time;
@@ -194,32 +163,6 @@ constexpr auto opening_bells = std::to_array<single_bell>({
     {144.65, 53, 0.5F, 0.0F},
 });
 
-void add_stab(stereo& out, double time, const chord& harmony, float level, float bright) {
-    const auto cutoff = std::to_array<curve_point>({{0.0, 700.0F * bright}});
-    const poly_sound sound = {.gain = 0.3F,
-                              .saws = 3,
-                              .cents = 18.0F,
-                              .pulse = 0.4F,
-                              .q = 1.6F,
-                              .sweep = 3.0F,
-                              .amp = {.attack = 0.001F, .decay = 0.42F, .sustain = 0.0F, .release = 0.2F},
-                              .filter = {.attack = 0.001F, .decay = 0.3F, .sustain = 0.0F, .release = 0.1F},
-                              .cutoff = cutoff};
-    auto seed = static_cast<std::uint32_t>(frame_of(time));
-    for (const int pitch : harmony.upper) {
-        add_poly(out, {.start = time, .length = 0.5, .pitch = static_cast<float>(pitch), .velocity = level},
-                 sound, seed++);
-        add_poly(
-            out,
-            {.start = time, .length = 0.5, .pitch = static_cast<float>(pitch + 12), .velocity = level * 0.5F},
-            sound, seed++);
-    }
-    add_poly(
-        out,
-        {.start = time, .length = 0.45, .pitch = static_cast<float>(harmony.root + 12), .velocity = level},
-        sound, seed);
-}
-
 } // namespace
 
 void ashwing_bells(stereo& out) {
@@ -227,7 +170,7 @@ void ashwing_bells(stereo& out) {
         add_bell(out, {.start = bell.time, .pitch = bell.pitch, .velocity = bell.velocity, .pan = bell.pan},
                  {.seconds = bell.time > 100 ? 0.75F : 1.5F});
     float pan = -0.3F;
-    for (note played : notes_of(bell_lines)) {
+    for (note played : notes_of(ashwing_form, bell_lines)) {
         played.pan = pan;
         pan = -pan;
         const bool slow = played.start > ashwing_starts[turning];
@@ -236,30 +179,25 @@ void ashwing_bells(stereo& out) {
 }
 
 void ashwing_lead(stereo& out) {
-    add_line(out, notes_of(lead_lines), lead_sound);
-    line_sound thin = lead_sound;
+    add_line(out, notes_of(ashwing_form, lead_lines), lead_sound());
+    line_sound thin = lead_sound();
     thin.saws = 2;
     thin.pulse = 0;
     thin.vibrato = 20.0F;
-    add_line(out, notes_of(high_lines), thin);
-    line_sound dark = lead_sound;
+    add_line(out, notes_of(ashwing_form, high_lines), thin);
+    line_sound dark = lead_sound();
     dark.pulse = 0.6F;
     dark.sweep = 1.2F;
-    add_line(out, notes_of(low_lines), dark);
+    add_line(out, notes_of(ashwing_form, low_lines), dark);
 }
 
 void ashwing_stabs(stereo& out) {
     constexpr std::string_view flash_chords = "FFFDDDBBB";
     for (std::size_t i = 0; i < ashwing_flashes.size(); ++i) {
         const bool white = i < 3;
-        add_stab(out, ashwing_flashes[i], chord_of(flash_chords[i]),
+        add_stab(out, ashwing_flashes[i], ashwing_form.chord_of(flash_chords[i]),
                  white ? 1.0F : (i % 3 == 0 ? 0.85F : 0.75F), white ? 2.0F : 1.2F);
     }
-    struct stab_bar {
-        section in;
-        int bar;
-        std::string_view hits;
-    };
     // Off the beat where all play; the turns of the picture have one each.
     constexpr auto bars = std::to_array<stab_bar>({
         {flashes, 6, "....6.....6..6.."}, {flashes, 7, "..6..6..6..6..6."}, {shaking, 3, "......7..7......"},
@@ -270,13 +208,9 @@ void ashwing_stabs(stereo& out) {
         {cube, 7, "8..8..8..8......"},    {height, 0, "..5..6....5..6.."},  {height, 1, "..5..6....5.5..6"},
         {height, 2, "..5..6....5..6.."},  {height, 3, "..5..6..6.5..6.6"},  {height, 4, "..5..6....5....."},
     });
-    for (const stab_bar& bar : bars) {
-        const chord& harmony = chord_of(chords_of(bar.in)[static_cast<std::size_t>(bar.bar)]);
-        for (const step_hit& hit : read_hits(bar.hits))
-            add_stab(out, ashwing_time(bar.in, bar.bar, hit.step), harmony, hit.velocity * 0.6F, 1.0F);
-    }
+    add_stabs(out, ashwing_form, bars, 0.6F);
     for (const double burst : {86.04, ashwing_burst, 128.99})
-        add_stab(out, burst, chord_of(burst == ashwing_burst ? 'C' : 'F'), 1.0F, 2.0F);
+        add_stab(out, burst, ashwing_form.chord_of(burst == ashwing_burst ? 'C' : 'F'), 1.0F, 2.0F);
 }
 
 } // namespace assets::sound

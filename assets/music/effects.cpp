@@ -79,6 +79,8 @@ void ping_pong(stereo& out, std::span<const float> send, const echo_shape& shape
     for (int at = 0; at < frames; at += control_frames) {
         const int count = std::min(control_frames, frames - at);
         const float slope = (wanted(at) - distance) * pace / static_cast<float>(count);
+        const float feedback =
+            std::min(shape.feedback + curve_at(shape.growth, static_cast<double>(at) * sample_time), 0.9F);
         for (int i = 0; i < count; ++i) {
             const auto frame = static_cast<std::size_t>(at + i);
             distance += slope;
@@ -86,8 +88,8 @@ void ping_pong(stereo& out, std::span<const float> send, const echo_shape& shape
             const float from_right = right.back(distance);
             const float bright_left = high[0].step(from_left);
             const float bright_right = high[1].step(from_right);
-            left.write(send[frame] + shape.feedback * (bright_right - low[1].step(bright_right)));
-            right.write(shape.feedback * (bright_left - low[0].step(bright_left)));
+            left.write(send[frame] + feedback * (bright_right - low[1].step(bright_right)));
+            right.write(feedback * (bright_left - low[0].step(bright_left)));
             out.left[frame] += from_left;
             out.right[frame] += from_right * (1.0F / std::max(shape.feedback, 0.3F)) * 0.8F;
         }
@@ -138,6 +140,22 @@ void halt(stereo& sound, int start, int count) {
             const float b = before[static_cast<std::size_t>(whole + 1)];
             samples[i] = (a + (b - a) * part) * static_cast<float>(std::sqrt(rest));
             position += rest; // the sum stays below count / 2 + 1
+        }
+    }
+}
+
+void crush(stereo& sound, float hertz, float levels) {
+    const float pace = std::clamp(hertz * sample_time, 0.0F, 1.0F);
+    for (std::vector<float>* side : {&sound.left, &sound.right}) {
+        float phase = 1.0F;
+        float held = 0;
+        for (float& sample : *side) {
+            if (phase >= 1.0F) {
+                phase -= 1.0F;
+                held = std::round(sample * levels) / levels;
+            }
+            phase += pace;
+            sample = held;
         }
     }
 }

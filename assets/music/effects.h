@@ -16,8 +16,9 @@ void chorus(stereo& sound, float depth_seconds, float rate_hz, float wet);
 struct echo_shape {
     std::span<const curve_point> delay;
     float feedback = 0.5F;
-    float low_hertz = 320.0F;   // what lies below dies away
-    float high_hertz = 4200.0F; // and above
+    std::span<const curve_point> growth = {}; // what is added to the feedback over time; together at most 0.9
+    float low_hertz = 320.0F;                 // what lies below dies away
+    float high_hertz = 4200.0F;               // and above
 };
 void ping_pong(stereo& out, std::span<const float> send, const echo_shape& shape);
 
@@ -41,6 +42,9 @@ void silence(stereo& sound, int start, int count);
 
 // Slows down from `start` on, to a halt `count` frames later, like a stopped turntable.
 void halt(stereo& sound, int start, int count);
+
+// Coarse samples: holds each for 1 / `hertz` seconds and rounds it to a multiple of 1 / `levels`.
+void crush(stereo& sound, float hertz, float levels);
 
 // Takes away what lies below `hertz` (second order).
 void high_pass(stereo& sound, float hertz);

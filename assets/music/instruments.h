@@ -70,6 +70,19 @@ struct choir_sound {
 };
 void add_choir(stereo& out, const note& played, const choir_sound& sound, std::uint32_t seed);
 
+// A plucked string: a wave that runs round a delay and loses its high partials on the way (Karplus and
+// Strong, "Digital synthesis of plucked-string and drum timbres", 1983; tuned as in Jaffe and Smith,
+// "Extensions of the Karplus-Strong plucked-string algorithm", 1983). For pitches below 110.
+struct string_sound {
+    float gain = 0.5F;
+    float seconds = 3.0F; // of the lowest partials to -60 dB while the note lasts
+    float dull = 0.35F;   // share of the sample before in each round, 0 to 0.5
+    float bright = 0.6F;  // of the pick
+    float place = 0.18F;  // of the pick along the string
+    float shimmer = 3.0F; // cents between the sides
+};
+void add_string(stereo& out, const note& played, const string_sound& sound, std::uint32_t seed);
+
 // Noise through a band that moves: wind, risers, falls. `bow` above 1 keeps the change for the end, below 1
 // for the beginning.
 struct sweep_sound {

@@ -1,7 +1,5 @@
 #include "assets/music/mixer.h"
 
-#include <vector>
-
 #include "assets/music/dynamics.h"
 #include "assets/music/filters.h"
 
@@ -96,6 +94,13 @@ stereo mix_down(const desk& set_up, int frames, std::string_view only) {
     }
     master(whole, set_up);
     return whole;
+}
+
+std::vector<std::string_view> names_of(std::span<const stem> stems) {
+    std::vector<std::string_view> names;
+    for (const stem& one : stems)
+        names.push_back(one.name);
+    return names;
 }
 
 } // namespace assets::sound

@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "assets/music/buffers.h"
 #include "assets/music/effects.h"
@@ -38,5 +39,8 @@ struct desk {
 
 // The finished track, `frames` long. `only` names the one stem that is to be heard; empty for all.
 stereo mix_down(const desk& set_up, int frames, std::string_view only = {});
+
+// The names of stems, in their order.
+std::vector<std::string_view> names_of(std::span<const stem> stems);
 
 } // namespace assets::sound

@@ -6,5 +6,6 @@
 namespace assets {
 
 file_bytes music_ashwing(); // MP3
+file_bytes music_ferrow();  // OGG
 
 } // namespace assets

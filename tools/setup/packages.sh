@@ -41,5 +41,6 @@ need_packages() {
     return 1
 }
 
-BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev libpng-dev libjpeg-dev libmp3lame-dev)
-TEST_PACKAGES=(libgtest-dev libbenchmark-dev libvorbis-dev clang-format)
+BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev libpng-dev libjpeg-dev zlib1g-dev
+    libmp3lame-dev libvorbis-dev libavformat-dev libavcodec-dev libswscale-dev libswresample-dev libavutil-dev)
+TEST_PACKAGES=(libgtest-dev libbenchmark-dev clang-format)
