@@ -20,6 +20,8 @@ if(MORVANE_WERROR)
 endif()
 # The same float results for every optimisation level and instruction set.
 add_compile_options(-ffp-contract=off)
+# Where this vectoriser of GCC 12 packs conversions from double to float and back, it drops the rounding.
+add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fno-tree-slp-vectorize>)
 
 if(MORVANE_SANITIZE)
   add_compile_options(-fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer)
