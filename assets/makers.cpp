@@ -35,6 +35,7 @@ constexpr auto table = std::to_array<maker>({
     {"data/asc/meteor/inside.asc", mesh_inside},
     {"data/asc/meteor/meteor2.asc", mesh_meteor},
     {"data/asc/cube.asc", mesh_cube},
+    {"data/3d/xtelmar4.3ds", scene_xtelmar},
 });
 
 } // namespace

@@ -29,7 +29,8 @@ void poly_clip_set_frame(std::int32_t width, std::int32_t height);
 void poly_clip_near(poly& polygon);
 
 // Keeps what lies inside the rectangle: left, bottom, right and top edge, in this order. For projected
-// vertices. A polygon of two vertices is a line and stays two vertices long.
+// vertices. A polygon of two vertices is a line and stays two vertices long; an
+// upright one whose second end is cut off shrinks to the cut.
 void poly_clip_screen(poly& polygon);
 
 // 1 if the projected vertex lies inside the rectangle, bounds included, and beyond the near plane; otherwise

@@ -59,7 +59,7 @@ struct persp_texel {
     }
 };
 
-struct persp_texture {
+struct texture_view {
     const std::uint32_t* texels;
     std::int32_t width, height; // height 0: the caller vouches for 256 rows
 
@@ -236,7 +236,7 @@ struct colour_and_opacity {
 template<texel_kind Kind>
 [[gnu::always_inline]] inline void fill(std::uint32_t* destination,
                                         const std::array<persp_vertex, 3>& vertices,
-                                        const persp_texture& texture, const colour_and_opacity& with) {
+                                        const texture_view& texture, const colour_and_opacity& with) {
     if (!texture.usable()) return;
     persp_corner a(vertices[0]), b(vertices[1]), c(vertices[2]);
     if (a.y > b.y) std::swap(a, b);

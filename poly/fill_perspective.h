@@ -10,9 +10,9 @@
 // without texels.
 //
 // u and v both wrap at 256, whatever the size of the texture, and a row of texels is as long as the greatest
-// power of two up to `texture_width`: a width that is none draws as if it were the next smaller one. With a
-// `texture_height` the texels beyond the last of the width * height words are the first ones again; with 0
-// the caller vouches for 256 rows.
+// power of two up to `texture_width`, at most 65,536: a width that is none draws as if it were the next
+// smaller one. With a `texture_height` the texels beyond the last of the width * height words are the first
+// ones again; with 0 the caller vouches for 256 rows.
 #pragma once
 
 #include <cstdint>

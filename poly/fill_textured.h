@@ -3,7 +3,8 @@
 // Rows, columns and depths are those of the flat fillers, to the pixel. `destination` is the first pixel of a
 // frame of `raster_width` by `raster_height` words. u and v are whole texels at the vertices; in between they
 // run in 16.16, and the texel of a pixel is that at (u >> 16, v >> 16). With a `texture_height` coordinates
-// outside the texture wrap; with 0 the caller vouches for them. Without texels nothing is drawn.
+// outside the texture wrap; with 0 the caller vouches for them. They are limited to 32,767 on either side
+// before that, depths as in fillers.h, `opacity` to 0 to 256. Without texels nothing is drawn.
 #pragma once
 
 #include <cstdint>

@@ -1,12 +1,8 @@
 #include "poly/render_modes.h"
 
-#include <array>
-
 #include "poly/adapters.h"
 
-namespace {
-
-constexpr std::array<render_mode_row, 24> table = {{
+const std::array<render_mode_row, 24> render_mode_table = {{
     {adapt_point, 0x001},   {adapt_point_aa, 0x101},  {adapt_line, 0x002},      {adapt_line_aa, 0x102},
     {adapt_flat, 0x004},    {adapt_flat_z, 0x024},    {adapt_flat_a, 0x044},    {adapt_flat_az, 0x064},
     {adapt_gouraud, 0x408}, {adapt_gouraud_z, 0x428}, {adapt_gouraud_a, 0x448}, {adapt_gouraud_az, 0x468},
@@ -15,22 +11,16 @@ constexpr std::array<render_mode_row, 24> table = {{
     {adapt_tex_p, 0x090},   {adapt_tex_lit_p, 0x290}, {adapt_tex_pa, 0x0d0},    {adapt_tex_lit_pa, 0x2d0},
 }};
 
-} // namespace
-
-std::span<const render_mode_row> render_mode_table() {
-    return table;
-}
-
 void render_mode_init() {}
 
 std::int32_t render_mode_find(std::uint32_t mode) {
-    for (std::size_t row = table.size(); row-- > 0;) {
-        if (table[row].mode == mode) return static_cast<std::int32_t>(row);
+    for (std::size_t row = render_mode_table.size(); row-- > 0;) {
+        if (render_mode_table[row].mode == mode) return static_cast<std::int32_t>(row);
     }
     return 0;
 }
 
 void render_mode_draw(std::uint32_t* destination, poly& polygon, std::int32_t row) {
-    if (row < 0 || row >= static_cast<std::int32_t>(table.size())) return;
-    table[static_cast<std::size_t>(row)].adapter(destination, polygon);
+    if (row < 0 || row >= static_cast<std::int32_t>(render_mode_table.size())) return;
+    render_mode_table[static_cast<std::size_t>(row)].adapter(destination, polygon);
 }

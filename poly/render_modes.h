@@ -1,8 +1,8 @@
 // The closed set of ways in which a polygon can be drawn.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <span>
 
 struct poly;
 
@@ -26,7 +26,7 @@ struct render_mode_row {
     std::uint32_t mode;
 };
 
-std::span<const render_mode_row> render_mode_table();
+extern const std::array<render_mode_row, 24> render_mode_table;
 
 // Kept for the order of the start-up: the table is constant and is there before it.
 void render_mode_init();

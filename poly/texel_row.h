@@ -53,9 +53,9 @@ template<texel_kind Kind, typename Index>
     const std::uint32_t* __restrict const texels = target.texels;
     const auto [r, g, b, weight] = std::array{target.r, target.g, target.b, target.weight};
     // Frame, depths and texture don't overlap.
-#if defined(__clang__)
+#if defined(__clang__) && !defined(MORVANE_PLAIN_KERNELS)
 #pragma clang loop vectorize(assume_safety)
-#else
+#elif !defined(__clang__)
 #pragma GCC ivdep
 #endif
     for (std::int32_t i = 0; i < count; ++i) {

@@ -64,18 +64,18 @@ class render_modes : public testing::Test {
 TEST_F(render_modes, each_word_has_its_row) {
     const std::uint32_t words[] = {1,  257, 2,  258, 4,   36,  68,  100, 1032, 1064, 1096, 1128,
                                    16, 48,  80, 112, 528, 560, 592, 624, 144,  656,  208,  720};
-    ASSERT_EQ(render_mode_table().size(), std::size(words));
+    ASSERT_EQ(render_mode_table.size(), std::size(words));
     std::set<void (*)(std::uint32_t*, poly&)> adapters;
     for (std::size_t row = 0; row < std::size(words); ++row) {
         EXPECT_EQ(render_mode_find(words[row]), static_cast<std::int32_t>(row)) << words[row];
-        EXPECT_EQ(render_mode_table()[row].mode, words[row]);
-        adapters.insert(render_mode_table()[row].adapter);
+        EXPECT_EQ(render_mode_table[row].mode, words[row]);
+        adapters.insert(render_mode_table[row].adapter);
     }
     EXPECT_EQ(adapters.size(), std::size(words)); // no two rows share one
 }
 
 TEST_F(render_modes, a_word_without_a_row_draws_points) {
-    const auto table = render_mode_table();
+    const auto& table = render_mode_table;
     for (std::uint32_t word = 0; word < 0x2000; ++word) {
         const bool listed =
             std::any_of(table.begin(), table.end(), [=](auto& row) { return row.mode == word; });

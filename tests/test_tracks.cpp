@@ -1,0 +1,472 @@
+// Tracks: search, interpolation and tangents, against values worked out by hand and plain evaluators.
+#include <array>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "driver/log/log.h"
+#include "scene/moscene.h"
+#include "scene/tracks.h"
+#include "tests/support/captured_output.h"
+#include "tests/support/quaternions.h"
+
+namespace {
+
+constexpr double pi = 3.14159265358979323846;
+
+struct plain_key {
+    int frame = 0;
+    double x = 0;
+    double tension = 0, continuity = 0, bias = 0, ease_to = 0, ease_from = 0;
+};
+
+// A node with a position track on the x axis; the others hold twice and minus the value.
+mokey_node position_node(const std::vector<plain_key>& keys) {
+    mokey_node node(node_object);
+    node.alloc_keys(static_cast<std::int32_t>(keys.size()), track_position);
+    for (const plain_key& k : keys) {
+        const float x = static_cast<float>(k.x);
+        node.add_key_pos(static_cast<std::uint16_t>(k.frame), x, 2 * x, -x, static_cast<float>(k.tension),
+                         static_cast<float>(k.continuity), static_cast<float>(k.bias),
+                         static_cast<float>(k.ease_to), static_cast<float>(k.ease_from));
+    }
+    node.calc_tangents();
+    return node;
+}
+
+double position_at(mokey_node& node, float frame) {
+    moscene scene;
+    scene.frame = frame;
+    vector3d out{9, 9, 9};
+    scene.eval_pos(node, out, nullptr);
+    EXPECT_NEAR(out.y, 2 * out.x, 1e-4 * (1 + std::fabs(out.x)));
+    EXPECT_NEAR(out.z, -out.x, 1e-4 * (1 + std::fabs(out.x)));
+    EXPECT_EQ(node.current_pos.x, out.x);
+    return out.x;
+}
+
+// A node with a field of view track.
+mokey_node fov_node(const std::vector<std::pair<int, float>>& keys) {
+    mokey_node node(node_camera);
+    node.alloc_keys(static_cast<std::int32_t>(keys.size()), track_fov);
+    for (const auto& [frame, value] : keys)
+        node.add_key_fov(static_cast<std::uint16_t>(frame), value, 1, 1, 1, 1, 1);
+    return node;
+}
+
+double fov_at(mokey_node& node, float frame, const mokey_node* parent = nullptr) {
+    moscene scene;
+    scene.frame = frame;
+    float out = 999;
+    scene.eval_fov(node, out, parent);
+    EXPECT_EQ(node.current_fov, out);
+    return out;
+}
+
+// The tangents of a track with sound frames, straight from their formulas.
+std::vector<double> plain_tangents(const std::vector<plain_key>& k) {
+    const std::size_t n = k.size();
+    std::vector<double> g(n, 0);
+    if (n == 2)
+        for (std::size_t i = 0; i < 2; ++i)
+            g[i] = (k[1].x - k[0].x) * (1 - k[i].tension);
+    if (n < 3) return g;
+    for (std::size_t i = 0; i + 1 < n; i += 2) {
+        const std::size_t middle = i == 0 ? 1 : i > n - 3 ? n - 2 : i;
+        const double d1 = k[middle].frame - k[middle - 1].frame, d2 = k[middle + 1].frame - k[middle].frame;
+        const double a = 2 * d2 / (d1 + d2), b = 2 * d1 / (d1 + d2);
+        if (i == 0) {
+            const double across = k[2].x - k[0].x, weight = 0.75 - d1 / (2 * (d1 + d2));
+            g[0] = 0;
+            g[1] = ((k[1].x - k[0].x - across / 2) * 1.5 + weight * across) * (1 - k[0].tension) * b;
+        } else if (i > n - 3) {
+            const double across = k[n - 1].x - k[n - 3].x, weight = 0.75 - d2 / (2 * (d1 + d2));
+            g[n - 2] =
+                ((k[n - 1].x - k[n - 2].x - across / 2) * 1.5 + weight * across) * (1 - k[n - 1].tension) * a;
+            g[n - 1] = 0;
+        } else {
+            const double t = (1 - k[i].tension) / 2, c = k[i].continuity, s = k[i].bias;
+            const double before = k[i].x - k[i - 1].x, here = k[i + 1].x - k[i].x,
+                         after = k[i + 2].x - k[i + 1].x;
+            g[i] = (before * (1 + c) * (1 + s) * t + here * (1 - c) * (1 - s) * t) * a;
+            g[i + 1] = (after * (1 - c) * (1 + s) * t + here * (1 + c) * (1 - s) * t) * b;
+        }
+    }
+    return g;
+}
+
+// The position at a frame inside the track.
+double plain_position(const std::vector<plain_key>& k, double frame) {
+    const std::vector<double> g = plain_tangents(k);
+    std::size_t i = 0;
+    while (k[i + 1].frame < frame)
+        ++i;
+    const double way = (frame - k[i].frame) / (k[i + 1].frame - k[i].frame);
+    const double s = ease(way, k[i].ease_from, k[i + 1].ease_to);
+    // Bezier form of the cubic, by repeated halving of the control polygon's ratios.
+    std::array<double, 4> p{k[i].x, k[i].x + g[i] / 3, k[i + 1].x - g[i + 1] / 3, k[i + 1].x};
+    for (std::size_t level = 3; level > 0; --level)
+        for (std::size_t j = 0; j < level; ++j)
+            p[j] += (p[j + 1] - p[j]) * s;
+    return p[0];
+}
+
+std::vector<plain_key> random_track(std::mt19937& random, std::size_t count) {
+    std::uniform_real_distribution<double> place(-50, 50), setting(-1, 1), side(0, 1);
+    std::vector<plain_key> keys(count);
+    int frame = static_cast<int>(random() % 20);
+    for (plain_key& k : keys) {
+        k = {frame,           place(random), setting(random), setting(random),
+             setting(random), side(random),  side(random)};
+        frame += 1 + static_cast<int>(random() % 30);
+    }
+    return keys;
+}
+
+// q and -q are the same turn; here the sign counts.
+struct turn_key {
+    int frame;
+    double degrees; // accumulated, about z
+    double tension = 0;
+};
+
+mokey_node rotation_node(const std::vector<turn_key>& keys) {
+    const captured_output ignored; // a line for each key
+    mokey_node node(node_object);
+    node.alloc_keys(static_cast<std::int32_t>(keys.size()), track_rotation);
+    for (const turn_key& k : keys) {
+        const auto angle = static_cast<float>(k.degrees * pi / 180);
+        quaternion turned{};
+        turned.from_axis_angle(0, 0, 1, angle);
+        node.add_key_rot(static_cast<std::uint16_t>(k.frame), angle, 0, 0, 1, static_cast<float>(k.tension),
+                         0, 0, 0, 0, turned);
+    }
+    node.calc_tangents();
+    return node;
+}
+
+quaternion rotation_at(mokey_node& node, float frame, const mokey_node* parent = nullptr) {
+    moscene scene;
+    scene.frame = frame;
+    quaternion out{7, 7, 7, 7};
+    scene.eval_rot(node, out, parent);
+    return out;
+}
+
+} // namespace
+
+TEST(ease, slows_both_ends) {
+    EXPECT_EQ(ease(0.5, 0, 0), 0.5);
+    EXPECT_EQ(ease(0.25, 0.5, 0.5), 0.125);
+    EXPECT_EQ(ease(0.75, 0.5, 0.5), 0.875);
+    EXPECT_EQ(ease(0.5, 1, 1), 0.5);
+    for (const auto& [a, b] :
+         {std::pair{0.3, 0.2}, {0.0, 0.6}, {0.6, 0.0}, {1.0, 0.0}, {0.0, 1.0}, {0.9, 0.8}}) {
+        EXPECT_NEAR(ease(0, a, b), 0, 1e-15);
+        EXPECT_EQ(ease(1, a, b), 1) << a << " " << b;
+        double last = 0;
+        for (int i = 1; i <= 1000; ++i) { // it rises in small steps
+            const double value = ease(i / 1000.0, a, b);
+            EXPECT_GT(value, last);
+            EXPECT_LT(value - last, 0.0021);
+            last = value;
+        }
+    }
+    EXPECT_EQ(ease(-0.5, 0, 0.5), -0.5 * 2 / 1.5); // before the track, with no slow start
+}
+
+TEST(cosine_lerp, is_half_a_wave) {
+    EXPECT_NEAR(cosine_lerp(0, 1, 0.25), 0.14645, 5e-6);
+    EXPECT_NEAR(cosine_lerp(0, 1, 0.5), 0.5, 1e-9);
+    EXPECT_NEAR(cosine_lerp(10, 20, 0.75), 10 + 10 * (1 - std::cos(0.75 * pi)) / 2, 1e-7);
+}
+
+TEST(find_key, lands_in_the_segment_that_ends_on_a_key) {
+    const auto search = [](const std::vector<int>& frames, float t) {
+        std::vector<angle_key> keys;
+        for (const int frame : frames)
+            keys.push_back({.frame = static_cast<std::uint16_t>(frame)});
+        return find_key(std::span<const angle_key>(keys), t, 99);
+    };
+    EXPECT_EQ(search({10, 20, 30}, 10), 0);
+    EXPECT_EQ(search({10, 20, 30}, 20), 0);
+    EXPECT_EQ(search({10, 20, 30}, 20.5F), 1);
+    EXPECT_EQ(search({10, 20, 30}, 30), 1);
+    EXPECT_EQ(search({10, 20, 30}, 30.5F), 99);
+    EXPECT_EQ(search({10, 20, 30}, -3), 0);
+    EXPECT_EQ(search({10}, 500), 0);
+    EXPECT_EQ(search({0, 65535}, 65535), 0);
+    EXPECT_EQ(search({30, 20, 10}, 15), 99); // out of order
+    EXPECT_EQ(search({30, 20, 10}, 5), 0);
+}
+
+TEST(position_track, tangents_worked_out_by_hand) {
+    mokey_node two = position_node({{0, 0}, {10, 10}});
+    EXPECT_EQ(two.pos_keys[0].tangent.x, 10);
+    EXPECT_EQ(two.pos_keys[1].tangent.y, 20);
+    EXPECT_EQ(position_at(two, 5), 5);
+    mokey_node tense = position_node({{0, 0, 1}, {10, 10, 0.5}});
+    EXPECT_EQ(tense.pos_keys[0].tangent.x, 0);
+    EXPECT_EQ(tense.pos_keys[1].tangent.x, 5);
+
+    mokey_node three = position_node({{0, 0}, {10, 10}, {30, 20}});
+    EXPECT_EQ(three.pos_keys[0].tangent.x, 0);
+    EXPECT_NEAR(three.pos_keys[1].tangent.x, 20 * (0.75 - 10.0 / 60) * 2 / 3, 1e-6);
+    EXPECT_NEAR(three.pos_keys[1].tangent.x, 7.7778, 5e-5);
+    EXPECT_EQ(three.pos_keys[2].tangent.x, 0);
+
+    // Of five, key 3 goes by the settings of key 2 and not its own, and key 4 has none.
+    mokey_node five = position_node({{0, 0}, {10, 10}, {20, 20, 0, 0, 1}, {30, 40, 1, 1, 1}, {40, 80}});
+    EXPECT_EQ(five.pos_keys[2].tangent.x, 10 * 2 * 0.5F);
+    EXPECT_EQ(five.pos_keys[3].tangent.x, 40 * 2 * 0.5F);
+    EXPECT_EQ(five.pos_keys[4].tangent.x, 0);
+}
+
+TEST(position_track, agrees_with_a_plain_evaluator) {
+    std::mt19937 random(5);
+    for (std::size_t count = 2; count < 10; ++count)
+        for (int round = 0; round < 20; ++round) {
+            const std::vector<plain_key> keys = random_track(random, count);
+            mokey_node node = position_node(keys);
+            const std::vector<double> tangents = plain_tangents(keys);
+            for (std::size_t i = 0; i < count; ++i)
+                EXPECT_NEAR(node.pos_keys[i].tangent.x, tangents[i], 1e-4) << count << " keys, key " << i;
+            for (double t = keys.front().frame; t <= keys.back().frame; t += 0.5)
+                EXPECT_NEAR(position_at(node, static_cast<float>(t)), plain_position(keys, t), 2e-3);
+            for (const plain_key& k : keys)
+                EXPECT_NEAR(position_at(node, static_cast<float>(k.frame)), k.x, 1e-4);
+            EXPECT_EQ(position_at(node, static_cast<float>(keys.back().frame) + 0.25F),
+                      static_cast<float>(keys.back().x));
+        }
+}
+
+TEST(position_track, before_and_behind_and_without_keys) {
+    mokey_node two = position_node({{10, 0}, {20, 10}});
+    EXPECT_EQ(position_at(two, 5), -5); // goes on unclamped: straight here
+    EXPECT_EQ(position_at(two, 1e9F), 10);
+    mokey_node one = position_node({{10, 3}});
+    for (const float t : {-100.0F, 10.0F, 100.0F})
+        EXPECT_EQ(position_at(one, t), 3);
+    mokey_node none(node_object);
+    EXPECT_EQ(position_at(none, 5), 0);
+    none.alloc_keys(4, track_position); // allocated, none added
+    EXPECT_EQ(position_at(none, 5), 0);
+}
+
+TEST(position_track, keys_on_one_frame_and_out_of_order_stay_numbers) {
+    mokey_node pair = position_node({{10, 1}, {10, 2}});
+    EXPECT_EQ(position_at(pair, 10), 2);
+    EXPECT_EQ(position_at(pair, 5), 2);
+    for (const auto& frames : {std::array{0, 0, 0, 0, 0},
+                               {5, 5, 5, 7, 7},
+                               {0, 10, 10, 10, 20},
+                               {9, 3, 9, 3, 9},
+                               {50, 40, 30, 20, 10},
+                               {10, 0, 10, 65535, 0}}) {
+        std::vector<plain_key> keys;
+        for (const int frame : frames)
+            keys.push_back({frame, static_cast<double>(keys.size()), 0.5, -0.5, 0.25, 0.5, 0.5});
+        mokey_node node = position_node(keys);
+        for (const position_key& key : node.pos_keys)
+            EXPECT_TRUE(std::isfinite(key.tangent.x));
+        for (const float t : {-10.0F, 0.0F, 5.0F, 10.0F, 15.0F, 50.0F, 70000.0F})
+            EXPECT_TRUE(std::isfinite(position_at(node, t))) << frames[0] << " at " << t;
+    }
+    mokey_node step = position_node({{0, 0}, {10, 1}, {10, 5}, {20, 5}});
+    EXPECT_NEAR(position_at(step, 10.01F), 5, 0.01); // the later key from here on
+}
+
+TEST(angle_track, waves_between_neighbours_and_holds_the_last) {
+    mokey_node node = fov_node({{10, 20}, {20, 40}, {40, 10}});
+    EXPECT_EQ(fov_at(node, 10), 20);
+    EXPECT_NEAR(fov_at(node, 15), 30, 1e-5);
+    EXPECT_EQ(fov_at(node, 20), 40);
+    EXPECT_NEAR(fov_at(node, 25), 40 - 30 * (1 - std::cos(pi / 4)) / 2, 1e-5);
+    EXPECT_EQ(fov_at(node, 40), 10);
+    EXPECT_EQ(fov_at(node, 41), 10);
+    EXPECT_NEAR(fov_at(node, 5), fov_at(node, 15), 1e-5); // even around the first key
+    mokey_node one = fov_node({{7, 33}});
+    EXPECT_EQ(fov_at(one, 0), 33);
+    EXPECT_EQ(fov_at(one, 100), 33);
+    mokey_node none = fov_node({});
+    EXPECT_EQ(fov_at(none, 3), 0);
+    mokey_node pair = fov_node({{10, 1}, {10, 2}});
+    EXPECT_EQ(fov_at(pair, 10), 2);
+    mokey_node falling = fov_node({{30, 1}, {20, 2}, {10, 3}});
+    for (const float t : {0.0F, 15.0F, 25.0F, 100.0F})
+        EXPECT_TRUE(std::isfinite(fov_at(falling, t)));
+}
+
+TEST(angle_track, every_field_adds_up_along_the_tree) {
+    mokey_node parent(node_camera), child(node_camera);
+    parent.current_fov = 10;
+    parent.current_roll = 20;
+    parent.current_hotspot = 30;
+    parent.current_falloff = 40;
+    parent.current_color = {0.5F, 0.25F, 1};
+    moscene scene;
+    float value = 0, r = 0, g = 0, b = 0;
+    scene.eval_fov(child, value, &parent);
+    EXPECT_EQ(child.current_fov, 10); // no keys: the parent's
+    for (const std::int32_t track : {track_fov, track_roll, track_hotspot, track_falloff, track_color})
+        child.alloc_keys(2, track);
+    child.add_key_fov(0, 30, 0, 0, 0, 0, 0);
+    child.add_key_roll(0, 31, 0, 0, 0, 0, 0);
+    child.add_key_hotspot(0, 32, 0, 0, 0, 0, 0);
+    child.add_key_falloff(0, 33, 0, 0, 0, 0, 0);
+    child.add_key_color(0, 0, 1, 2, 0, 0, 0, 0, 0);
+    scene.eval_fov(child, value, &parent);
+    EXPECT_EQ(value, 40);
+    scene.eval_roll(child, value, &parent);
+    EXPECT_EQ(value, 51);
+    EXPECT_EQ(child.current_roll, 51);
+    scene.eval_hotspot(child, value, &parent);
+    EXPECT_EQ(child.current_hotspot, 62);
+    scene.eval_falloff(child, value, &parent);
+    EXPECT_EQ(child.current_falloff, 73);
+
+    child.add_key_color(10, 1, 3, 2, 0, 0, 0, 0, 0);
+    scene.frame = 5;
+    scene.eval_color(child, r, g, b, &parent);
+    EXPECT_NEAR(r, 1, 1e-6);
+    EXPECT_NEAR(g, 2.25, 1e-6);
+    EXPECT_EQ(b, 3);
+    EXPECT_EQ(child.current_color.g, g);
+}
+
+TEST(rotation_track, turns_evenly_and_hands_its_parent_on) {
+    mokey_node node = rotation_node({{0, 0}, {10, 60}, {20, 120}, {30, 180}});
+    for (const float t : {0.0F, 2.5F, 10.0F, 17.0F, 25.0F, 30.0F}) {
+        const double half = t * 3 * pi / 180;
+        expect_quaternion(rotation_at(node, t), std::cos(half), 0, 0, std::sin(half));
+        expect_quaternion(node.current_rot, std::cos(half), 0, 0, std::sin(half));
+    }
+    mokey_node parent(node_object);
+    parent.current_rot = {0, 1, 0, 0};
+    expect_quaternion(rotation_at(node, 10, &parent), 0, std::cos(pi / 6), std::sin(pi / 6), 0);
+    expect_quaternion(node.current_rot, 0, std::cos(pi / 6), std::sin(pi / 6), 0);
+    // Behind the last key the parent is on the other side, and the node keeps its own.
+    expect_quaternion(rotation_at(node, 31, &parent), 0, 0, -1, 0);
+    expect_quaternion(node.current_rot, 0, 0, 0, 1);
+
+    mokey_node one = rotation_node({{5, 90}});
+    expect_quaternion(rotation_at(one, 100), std::cos(pi / 4), 0, 0, std::sin(pi / 4));
+    const quaternion before = one.current_rot;
+    expect_quaternion(rotation_at(one, -1), 7, 7, 7, 7); // no negative frames: nothing changes
+    mokey_node none(node_object);
+    expect_quaternion(rotation_at(none, 5), 7, 7, 7, 7);
+    expect_quaternion(one.current_rot, before.w, before.x, before.y, before.z, 0);
+}
+
+TEST(rotation_track, tangents_bend_towards_the_neighbours) {
+    // 0, 30 and 90 degrees, evenly spaced: the middle tangents are a quarter of the two half turns'
+    // difference.
+    mokey_node node = rotation_node({{0, 0}, {10, 30}, {20, 90}});
+    const double g1 = 15 * pi / 180, g2 = 30 * pi / 180;
+    const double out = 15 * pi / 180 + (g1 * 0.5 - g2 * 0.5) * 0.5;
+    const double in = 15 * pi / 180 + (g1 * 0.5 + g2 * (0.5 - 1)) * 0.5;
+    expect_quaternion(node.rot_keys[1].tangent_out, std::cos(out), 0, 0, std::sin(out));
+    expect_quaternion(node.rot_keys[1].tangent_in, std::cos(in), 0, 0, std::sin(in));
+    // The ends have one neighbour, which counts on both sides.
+    expect_quaternion(node.rot_keys[0].tangent_out, 1, 0, 0, 0);
+    expect_quaternion(node.rot_keys[2].tangent_in, std::cos(pi / 4), 0, 0, std::sin(pi / 4));
+    // Full tension: both go half of their own way.
+    mokey_node tense = rotation_node({{0, 0}, {10, 30, 1}, {20, 90}});
+    expect_quaternion(tense.rot_keys[1].tangent_out, std::cos(g1 * 1.5), 0, 0, std::sin(g1 * 1.5));
+    expect_quaternion(tense.rot_keys[1].tangent_in, std::cos(g1 - g2 / 2), 0, 0, std::sin(g1 - g2 / 2));
+    // Uneven spacing scales what the neighbours add: 10 and 30 of 40 frames.
+    mokey_node uneven = rotation_node({{0, 0}, {10, 30}, {40, 90}});
+    const double far_out = g1 + (g1 * (1 - 0.5 * 0.5) - g2 * 0.5 * 0.5) * 0.5;
+    expect_quaternion(uneven.rot_keys[1].tangent_out, std::cos(far_out), 0, 0, std::sin(far_out));
+    const double far_in = g1 + (g1 * 0.5 * 1.5 + g2 * (0.5 * 1.5 - 1)) * 0.5;
+    expect_quaternion(uneven.rot_keys[1].tangent_in, std::cos(far_in), 0, 0, std::sin(far_in));
+}
+
+TEST(rotation_track, tangents_across_a_sign_and_across_a_turn) {
+    // 0 and 200 degrees: the dot product is negative, so the way to the inverse of the second counts, which
+    // is 160 degrees. Full tension: half of it.
+    mokey_node node = rotation_node({{0, 0, 1}, {10, 200, 1}});
+    const double g = 40 * pi / 180;
+    expect_quaternion(node.rot_keys[0].tangent_out, std::cos(g), 0, 0, std::sin(g));
+    // More than a turn away, and a whole turn too, the logarithm of the pure axis counts: a right angle.
+    for (const double away : {360.0, 400.0, 1000.0}) {
+        mokey_node far = rotation_node({{0, 0}, {10, 30}, {20, 30 + away}});
+        const double out = 15 * pi / 180 + (15 * pi / 180 * 0.5 - pi / 2 * 0.5) * 0.5;
+        expect_quaternion(far.rot_keys[1].tangent_out, std::cos(out), 0, 0, std::sin(out));
+        mokey_node back = rotation_node({{0, 30 + away}, {10, 30}, {20, 0}});
+        const double in = 15 * pi / 180 + (pi / 2 * 0.5 - -15 * pi / 180 * 0.5) * 0.5;
+        expect_quaternion(back.rot_keys[1].tangent_in, std::cos(in), 0, 0, std::sin(in));
+    }
+}
+
+TEST(rotation_track, more_than_a_turn_spins_on) {
+    // A turn and a half: the tangents come from the axis, times a right angle.
+    mokey_node node = rotation_node({{0, 0}, {10, 540}});
+    // One half turn more than from 0 to 540: half of pi / 2 + pi.
+    const double quarter = (pi / 2 + pi) * 0.5;
+    moscene scene;
+    scene.frame = 5;
+    quaternion keyed{}, bent{}, expected{}, out{};
+    quaternion_slerp(node.rot_keys[0].rotation, node.rot_keys[1].rotation, 1, 0.5F, keyed);
+    expect_quaternion(keyed, std::cos(quarter), 0, 0, -std::sin(quarter), 1e-5);
+    quaternion_slerp(node.rot_keys[0].tangent_out, node.rot_keys[1].tangent_in, 1, 0.5F, bent);
+    quaternion_slerp(keyed, bent, 0, 0.5F, expected);
+    scene.eval_rot(node, out, nullptr);
+    expect_quaternion(out, expected.w, expected.x, expected.y, expected.z);
+    // G = ln(0, z) = pi / 2 z on both sides: M = 0, N = 0
+    expect_quaternion(node.rot_keys[0].tangent_out, 1, 0, 0, 0);
+    // Three keys on one frame are evenly spaced.
+    mokey_node jam = rotation_node({{5, 0}, {5, 30}, {5, 90}});
+    EXPECT_TRUE(std::isfinite(jam.rot_keys[1].tangent_out.w));
+    expect_quaternion(rotation_at(jam, 5), std::cos(pi / 12), 0, 0, std::sin(pi / 12));
+}
+
+TEST(keys, stay_within_their_allocation) {
+    mokey_node node(node_object);
+    node.add_key_pos(1, 2, 3, 4, 0, 0, 0, 0, 0); // never allocated
+    node.add_key_rot(1, 2, 3, 4, 5, 0, 0, 0, 0, 0, {1, 0, 0, 0});
+    EXPECT_EQ(node.pos_count, 0);
+    node.alloc_keys(1, track_position);
+    for (int i = 0; i < 3; ++i)
+        node.add_key_pos(static_cast<std::uint16_t>(i), 1, 2, 3, 0, 0, 0, 0, 0);
+    EXPECT_EQ(node.pos_count, 1);
+    EXPECT_EQ(node.pos_keys[0].frame, 0);
+    node.alloc_keys(2, track_position);
+    EXPECT_EQ(node.pos_count, 0);
+    EXPECT_EQ(node.pos_keys.size(), 2U);
+    node.alloc_keys(70000, track_color);
+    EXPECT_EQ(node.color_keys.size(), 32767U);
+    node.alloc_keys(-1, track_color);
+    EXPECT_TRUE(node.color_keys.empty());
+    node.alloc_keys(5, 10);
+    node.alloc_keys(5, 0);
+    node.alloc_keys(32767, track_scale);
+    for (int i = 0; i < 40000; ++i)
+        node.add_key_scale(1, 1, 1, 1, 0, 0, 0, 0, 0);
+    EXPECT_EQ(node.scale_count, 32767);
+}
+
+TEST(keys, additions_log_their_signatures) {
+    log_channel = {.enabled = true, .level_mask = log_debug, .to_stdout = true};
+    captured_output printed;
+    mokey_node node(node_object);
+    node.add_key_pos(0, 0, 0, 0, 0, 0, 0, 0, 0);
+    node.add_key_rot(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, {});
+    node.add_key_scale(0, 0, 0, 0, 0, 0, 0, 0, 0);
+    node.add_key_fov(0, 0, 0, 0, 0, 0, 0);
+    node.add_key_roll(0, 0, 0, 0, 0, 0, 0);
+    node.add_key_color(0, 0, 0, 0, 0, 0, 0, 0, 0);
+    node.add_key_morph(0, "", 0, 0, 0, 0, 0);
+    node.add_key_hotspot(0, 0, 0, 0, 0, 0, 0);
+    node.add_key_falloff(0, 0, 0, 0, 0, 0, 0);
+    printed.stop();
+    log_channel = {};
+    std::string expected = "[D] mokey_node::mokey_node()\n";
+    for (const char* name : {"pos", "rot", "scale", "fov", "roll", "color", "morph", "hotspot", "falloff"})
+        expected += "[D] void mokey_node::add_key_" + std::string(name) + "()\n";
+    EXPECT_EQ(printed.out(), expected);
+}
