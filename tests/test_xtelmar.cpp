@@ -93,7 +93,7 @@ TEST_F(xtelmar, the_flight_uses_every_setting_of_its_keys) {
             tension |= key.tension != 0;
             continuity |= key.continuity != 0;
             bias |= key.bias != 0;
-            ease |= key.ease_to != 0 && key.ease_from == 0;
+            ease |= key.ease_to != 0 && key.ease_from != 0;
         }
     }
     EXPECT_TRUE(tension && continuity && bias && ease);
