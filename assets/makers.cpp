@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "assets/clip.h"
 #include "assets/meshes.h"
 #include "assets/music/tracks.h"
 #include "assets/pictures.h"
@@ -10,6 +11,7 @@ namespace assets {
 namespace {
 
 constexpr auto table = std::to_array<maker>({
+    {"data/clip2x.avi", clip_file},
     {"data/music/Ashwing1.mp3", music_ashwing},
     {"data/music/ferrow_amoeba2_test2.ogg", music_ferrow},
     {"data/part1/accident1.png", accident_picture},

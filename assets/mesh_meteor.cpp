@@ -42,7 +42,9 @@ std::size_t add_place(mesh& m, vec3 d, double share) {
     return add_seamless_vertex(m, d * (height(d) * share), 1);
 }
 
-mesh modelled() {
+} // namespace
+
+mesh meteor_model() {
     const std::vector<vec3> middles = spread_points(plates, 0.4, 3, 7);
     const sphere_division division = divide_sphere(middles);
     mesh m;
@@ -61,10 +63,8 @@ mesh modelled() {
     return m;
 }
 
-} // namespace
-
 file_bytes mesh_meteor() {
-    return asc_file("meteor", modelled());
+    return asc_file("meteor", meteor_model());
 }
 
 } // namespace assets

@@ -1,0 +1,74 @@
+// The chunks of a clip's video stream, by number. Inside of platform/avifile.h.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+struct AVCodecParameters;
+struct AVFormatContext;
+struct AVPacket;
+struct AVStream;
+
+namespace avi {
+
+struct container_closer {
+    void operator()(AVFormatContext* container) const;
+};
+struct parameters_closer {
+    void operator()(AVCodecParameters* parameters) const;
+};
+
+// A frame lasts `scale` / `rate` seconds.
+struct frame_time {
+    std::int32_t scale = 0;
+    std::int32_t rate = 0;
+};
+
+class packet_reader {
+  public:
+    // One chunk that holds a frame.
+    struct entry {
+        std::int64_t position; // in the file
+        std::int32_t size;
+        std::int32_t slot; // number of the frame that it is shown as; rises from entry to entry
+        bool key;          // decoding can start here
+    };
+
+    // Opens stream `which` of the videos in the file and lists its chunks. 0, or the library's error, which
+    // is below 0.
+    int open(const std::string& path, std::int32_t which);
+
+    const std::vector<entry>& entries() const { return entries_; }
+    std::int32_t frame_count() const { return frame_count_; }
+    const AVCodecParameters& parameters() const { return *parameters_; }
+    frame_time time() const { return time_; }
+
+    // Reads chunk `number` into `packet`, whose old content goes. In the order of the file this is one read;
+    // else it seeks. False beyond the end of the list or if the file doesn't give it.
+    bool read(AVPacket& packet, std::size_t number);
+
+  private:
+    int open_container();
+    int keep_parameters();
+    int list_entries();
+    void trust_keys();
+    bool next_packet(AVPacket& packet);
+    bool seek(AVPacket& packet, std::size_t number);
+    bool skip_to(AVPacket& packet, std::size_t number);
+
+    std::string url_;
+    std::int32_t which_ = 0;
+    std::unique_ptr<AVFormatContext, container_closer> container_;
+    AVStream* stream_ = nullptr; // of `container_`; null if the file has gone bad meanwhile
+    std::unique_ptr<AVCodecParameters, parameters_closer> parameters_; // as they were at first
+    frame_time time_;
+    std::vector<entry> entries_;
+    std::int32_t frame_count_ = 0;
+    std::int64_t first_stamp_ = 0; // the library's time stamp of slot 0
+    std::size_t next_ = 0;         // number of the chunk that comes next in the file
+};
+
+} // namespace avi
