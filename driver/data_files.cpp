@@ -10,13 +10,13 @@ namespace {
 
 // Start-up ends without any of these,
 constexpr const char* needed[] = {
-    "data/part1/morvane.png",       "data/part1/presents.png",     "data/part1/lorrim.png",
-    "data/part1/greets.png",        "data/part1/greets-1-256.tga", "data/part1/cred.png",
-    "data/part1/hum.png",           "data/gfx/sprites/light.tga",  "data/gfx/sprites/light2.tga",
-    "data/gfx/sprites/light_3.tga", "data/part1/parental-1.png",   "data/part1/cubev.png",
-    "data/part1/violence.png",      "data/part1/velkadame2x.png",  "data/part1/accident1.png",
-    "data/part1/accident1-256.tga", "data/part1/tex/texture.tga",  "data/part1/tex/intro1c.tga",
-    "data/part1/tex/tunnel3.tga",   "data/part1/tex/cubetex2.tga",
+    "data/3d/xtelmar4.3ds",        "data/part1/morvane.png",       "data/part1/presents.png",
+    "data/part1/lorrim.png",       "data/part1/greets.png",        "data/part1/greets-1-256.tga",
+    "data/part1/cred.png",         "data/part1/hum.png",           "data/gfx/sprites/light.tga",
+    "data/gfx/sprites/light2.tga", "data/gfx/sprites/light_3.tga", "data/part1/parental-1.png",
+    "data/part1/cubev.png",        "data/part1/violence.png",      "data/part1/velkadame2x.png",
+    "data/part1/accident1.png",    "data/part1/accident1-256.tga", "data/part1/tex/texture.tga",
+    "data/part1/tex/intro1c.tga",  "data/part1/tex/tunnel3.tga",   "data/part1/tex/cubetex2.tga",
 };
 
 // and goes on without these; what can't be read stays empty.

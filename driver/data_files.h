@@ -1,5 +1,5 @@
-// The files of the data tree that the show reads. Music is not among them: without it the show runs in
-// silence and says nothing.
+// The files of the data tree that the show reads. Music and the clip are not among them: without music the
+// show runs in silence, and a clip that can't be opened is told in a box.
 #pragma once
 
 #include <span>

@@ -24,10 +24,11 @@ void stop(ptc::Console& console) {
 }
 
 // Reads every waiting key, in order. True when one of them stopped the run.
-bool poll_keys(ptc::Console& console) {
+bool poll_keys(ptc::Console& console, const movement& what) {
     while (console.key() == 1) {
         const ptc::Key key = console.read();
         if (key.code() == ptc::Key::escape) {
+            if (what.before_stop != nullptr) what.before_stop();
             stop(console);
             return true;
         }
@@ -44,6 +45,6 @@ movement_end run_movement(const stage& on, show& all, const movement& what) {
         if (show_time >= what.end_time) return movement_end::left;
         draw_frame(on, all, what);
         clock_tick();
-        if (poll_keys(on.console)) return movement_end::stopped;
+        if (poll_keys(on.console, what)) return movement_end::stopped;
     }
 }

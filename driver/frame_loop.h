@@ -14,6 +14,7 @@ class Surface;
 struct movement {
     void (*draw)(show& all, float t);
     double end_time = std::numeric_limits<double>::infinity(); // seconds; untimed movements end by key
+    void (*before_stop)() = nullptr; // what Escape does in this movement before it stops the run
 };
 
 // What the loop draws on: an open console and a surface of 512 by 384.

@@ -9,6 +9,7 @@
 #include "driver/movement1_meshes.h"
 #include "driver/movement1_times.h"
 #include "driver/show.h"
+#include "driver/windows.h"
 #include "gtex/blend.h"
 #include "gtex/filters.h"
 #include "gtex/noise.h"

@@ -1,6 +1,7 @@
 #include "driver/movement1_meshes.h"
 
 #include "driver/movement1_times.h"
+#include "driver/windows.h"
 #include "object/matrices.h"
 #include "object/object.h"
 #include "object/sort.h"

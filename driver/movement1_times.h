@@ -9,8 +9,3 @@ inline constexpr double cube_start = 100.36;     // the cube takes the meteor's 
 inline constexpr double cube_arrived = 100.85;
 inline constexpr double second_turn = 114.29;
 inline constexpr double third_turn = 128.99;
-
-// Whether a window that holds its start but not its end is open at `t`.
-constexpr bool within(double t, double start, double end) {
-    return t >= start && t < end;
-}

@@ -7,22 +7,46 @@
 #include "driver/frame_loop.h"
 #include "driver/show.h"
 #include "media/music.h"
+#include "media/video.h"
 #include "platform/ptc.h"
+#include "platform/winbase.h"
 
 namespace {
 
-// The music starts just before the clock; from there on the clock alone drives the picture.
-void start_music(music& track) {
-    track.init();
-    track.load("data/music/Ashwing1.mp3");
-    track.play();
+void start_track(music& player, const char* path) {
+    player.init();
+    player.load(path);
+    player.play();
 }
 
-void play(const stage& on, show& all) {
+// Between the timed movements; the clock runs on.
+void hand_over(music& player) {
+    constexpr std::uint32_t pause_ms = 200;
+    player.free();
+    winbase::Sleep(pause_ms);
+    start_track(player, second_track);
+}
+
+// The end of the show as the viewer sees it.
+void end_show(music& player, ptc::Console& console) {
+    player.free();
+    video_close();
+    console.close();
+}
+
+// The timed movements, then the closing ones: the console is closed by then, so that the first look at its
+// keys raises an error and ends the run. A console that went on would show them until Escape.
+void play(const stage& on, show& all, music& player) {
     clock_start();
-    for (const movement& each : movement_chain())
+    const std::span<const movement> timed = timed_movements();
+    for (std::size_t i = 0; i < timed.size(); ++i) {
+        if (i > 0) hand_over(player);
+        if (run_movement(on, all, timed[i]) == movement_end::stopped) return;
+    }
+    end_show(player, on.console);
+    for (const movement& each : closing_movements())
         if (run_movement(on, all, each) == movement_end::stopped) return;
-    on.console.close();
+    end_show(player, on.console);
 }
 
 } // namespace
@@ -37,11 +61,11 @@ int run_show() {
         frame_tables_init();
         const auto all = std::make_unique<show>();
         create_spine(*all);
-        start_up(*all);
-        music track; // goes before the console, whatever ends the run
-        start_music(track);
-        // Here the clip's own clock will be set.
-        play({.console = console, .surface = surface}, *all);
+        if (!start_up(*all)) return 0;
+        music player; // goes before the console, whatever ends the run
+        start_track(player, first_track);
+        video_clock_start();
+        play({.console = console, .surface = surface}, *all, player);
     } catch (const ptc::DynamicError& error) {
         error.report();
     }

@@ -1,12 +1,15 @@
 #include "driver/show.h"
 
 #include "driver/data_files.h"
+#include "driver/scene_set_up.h"
+#include "driver/warp.h"
 #include "gtex/blend.h"
 #include "gtex/patterns.h"
 #include "gtex/plasma.h"
 #include "gtex/tunnel.h"
 #include "media/image_png.h"
 #include "media/image_raw.h"
+#include "media/video.h"
 #include "object/asc_reader.h"
 #include "object/transform.h"
 #include "platform/winbase.h"
@@ -19,7 +22,7 @@ constexpr gtex show::*all_surfaces[] = {
     &show::img_presents,  &show::img_lorrim, &show::img_greets,   &show::img_cred,      &show::img_hum,
     &show::img_parental,  &show::img_cubev,  &show::img_violence, &show::img_velkadame, &show::img_accident,
     &show::spr_light,     &show::spr_light2, &show::spr_light3,   &show::spr_glow,      &show::tex_work,
-    &show::tex_texture,   &show::tex_intro,  &show::tex_tunnel,   &show::tex_cube,
+    &show::tex_texture,   &show::tex_intro,  &show::tex_tunnel,   &show::tex_cube,      &show::video_frame,
 };
 
 gtex frame_surface(std::uint32_t colour) {
@@ -128,6 +131,7 @@ void load_textures(show& all) {
 show::~show() {
     for (gtex show::*surface : all_surfaces)
         gtex_destroy(this->*surface);
+    video_close();
 }
 
 void create_spine(show& all) {
@@ -136,14 +140,14 @@ void create_spine(show& all) {
     all.canvas = gtex_create(frame_columns, frame_rows, 0);
 }
 
-void start_up(show& all) {
+bool start_up(show& all) {
     report_missing_files();
     tunnel_tables_init();
     frame_width = frame_columns;
     frame_height = frame_rows;
-    // Here the scene will be set up.
+    if (!set_up_scene(all.scene)) return false;
     create_plasma(all);
-    // Here the clip will be opened.
+    all.video_frame = video_open("data/clip2x.avi");
     scatter_stars(all.obj_stars);
     load_meshes(all);
     create_layers(all);
@@ -151,5 +155,7 @@ void start_up(show& all) {
     load_sprites(all);
     load_later_pictures(all);
     load_textures(all);
-    // Here the warp and mix tables will be filled.
+    warp_tables_init();
+    mix_table_init(0.875F, 0.125F);
+    return true;
 }

@@ -10,13 +10,14 @@
 
 #include "gtex/gtex.h"
 #include "object/object.h"
+#include "scene/moscene.h"
 
 // Large (some 3 MB): keep it on the heap.
 struct show {
     show() = default;
     show(const show&) = delete;
     show& operator=(const show&) = delete;
-    ~show(); // frees every surface
+    ~show(); // frees every surface and closes the clip
 
     gtex screen; // its `pixels` is the address of the locked console surface; only `gtex_present` reads it
     gtex screen_memory; // what `screen` was created with, before that address takes its place
@@ -44,6 +45,9 @@ struct show {
     // Meshes; `obj_stars` is a cloud of points and comes from no file.
     object obj_inside, obj_meteor, obj_cube, obj_stars;
 
+    moscene scene;      // the canyon of the second movement
+    gtex video_frame{}; // the clip's picture, of the clip's own size
+
     // Plasma maps, 1024 by 576 bytes.
     std::vector<std::uint8_t> plasma_a, plasma_b;
 };
@@ -51,8 +55,9 @@ struct show {
 // Creates `screen` and `canvas`. The first of the two steps of a start-up; `frame_tables_init` comes before.
 void create_spine(show& all);
 
-// Builds everything else but the music, in the order in which the show has always been built: tables, plasma
-// maps, meshes, layers, pictures, sprites, textures. Looks first whether every file is there and says on
-// standard error which ones are missing. A missing or damaged picture then ends the process as its reader
-// does; a mesh that can't be read stays empty.
-void start_up(show& all);
+// Builds everything else but the music, in the order in which the show has always been built: tables, scene,
+// plasma maps, clip, meshes, layers, pictures, sprites, textures. Looks first whether every file is there and
+// says on standard error which ones are missing. A missing or damaged picture then ends the process as its
+// reader does; a mesh that can't be read stays empty; a clip that can't be opened is told in a box, and its
+// picture stays black. False, with one line on standard error, if the scene can't be read: the run ends then.
+bool start_up(show& all);

@@ -260,6 +260,21 @@ TEST(start_up, a_mesh_that_is_missing_or_damaged_stays_empty_with_one_line) {
     EXPECT_GT(all.obj_inside.face_count, 0);
 }
 
+TEST(start_up, ends_with_one_line_without_a_scene) {
+    const tree_without scene("data/3d/xtelmar4.3ds");
+    for (const char* reason : {"data/3d/xtelmar4.3ds is missing", "is not a scene that can be read"}) {
+        captured_output printed;
+        show all;
+        frame_tables_init();
+        create_spine(all);
+        EXPECT_FALSE(start_up(all));
+        const std::string lines = printed.err();
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 1) << lines;
+        EXPECT_NE(lines.find(reason), std::string::npos) << lines;
+        std::ofstream("data/3d/xtelmar4.3ds") << "no scene at all";
+    }
+}
+
 TEST(start_up, a_missing_picture_ends_the_process_with_1_and_a_missing_raw_file_with_0) {
     {
         const tree_without picture("data/part1/lorrim.png");

@@ -12,7 +12,8 @@
 class off_screen_show {
   public:
     // Builds the show from the data tree in the working directory and stands before frame 0. `fps` frames a
-    // second, positive. A data file that is missing ends the process as in a run.
+    // second, positive. A picture that is missing or damaged ends the process as in a run; without the scene
+    // it ends with exit code 1.
     explicit off_screen_show(std::int32_t fps);
 
     // The number of the frame that a display shows at `seconds`: the last one whose time has come.
@@ -22,14 +23,21 @@ class off_screen_show {
     // drawn already isn't drawn again.
     void draw_up_to(std::int64_t frame);
 
+    // Draws what is left of the timed show and goes over to the closing movement with the given number, 3 to
+    // 6; each one before it gets the last second before the end of the timed show, for it leaves its traces.
+    void enter_closing(int number);
+
+    // As `draw_up_to`, with the frames of the closing movement: frame 0 stands at the end of the timed show.
+    void draw_closing_up_to(std::int64_t frame);
+
     // The console's picture, 512 by 384 words, letterbox included.
     gtex picture() const { return console_; }
 
-    // Seconds at which the last movement ends.
+    // Seconds at which the last timed movement ends.
     static double length();
 
   private:
-    void draw_next();
+    void draw(const movement* what, std::int64_t tick);
 
     std::int32_t fps_;
     winbase::manual_clock clock_;
@@ -37,4 +45,6 @@ class off_screen_show {
     std::vector<std::uint32_t> pixels_;
     gtex console_;
     std::int64_t next_frame_ = 0;
+    const movement* closing_ = nullptr;
+    std::int64_t next_closing_frame_ = 0;
 };

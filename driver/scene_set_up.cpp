@@ -1,0 +1,48 @@
+#include "driver/scene_set_up.h"
+
+#include <cstdio>
+
+#include "driver/data_files.h"
+#include "gtex/gtex.h"
+#include "poly/clipper.h"
+#include "poly/raster.h"
+#include "poly/render_modes.h"
+#include "scene/moscene.h"
+#include "scene/sceneload.h"
+
+namespace {
+
+constexpr const char* scene_path = "data/3d/xtelmar4.3ds";
+constexpr std::int32_t flat_with_depth = mode_flat | mode_depth;
+constexpr std::int32_t flight_camera = 2;
+
+void prepare(moscene& scene) {
+    scene.use_lights = true;
+    scene.use_materials = true;
+    scene.debug();
+    scene.prepare_materials();
+    scene.calc_normals();
+    scene.prepare_keys(nullptr);
+    scene.set_camera(flight_camera);
+    scene.calc_bounds();
+}
+
+} // namespace
+
+bool set_up_scene(moscene& scene) {
+    render_mode_init();
+    scene.set_width(frame_columns);
+    scene.set_height(frame_rows);
+    scene.set_render_mode(flat_with_depth);
+    if (!sceneload_file(scene, scene_path)) {
+        // A file that isn't there, or can't be opened, has been reported by now.
+        if (can_be_read(scene_path))
+            std::fprintf(stderr, "morvane: %s is not a scene that can be read\n", scene_path);
+        return false;
+    }
+    prepare(scene);
+    raster_init(frame_columns, frame_rows);
+    raster_set_window(1, frame_columns, frame_rows, 0);
+    poly_clip_set_frame(raster_width, raster_height);
+    return true;
+}
