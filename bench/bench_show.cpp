@@ -1,5 +1,5 @@
 // The time that a frame takes, stretch by stretch of the score, without a display. Runs in a folder with the
-// data tree. Every frame of the show is drawn once, 60 a second of the show's time, and timed by itself.
+// data tree. Every frame of the show, 60 a second of the show's time, is timed by itself, in several passes.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -13,6 +13,7 @@
 namespace {
 
 constexpr std::int32_t fps = 60;
+constexpr int passes = 5;
 
 struct stretch {
     const char* name;
@@ -30,20 +31,35 @@ constexpr stretch stretches[] = {
     {"texture_turns", 114.69, 128.99},
     {"title_velkadame", 128.99, 137.67},
     {"cube_alone", 137.67, 147.49},
+    {"scene", 147.49, 156},
+    {"accident_alone", 156, 163},
+    {"scene_again", 163, 175},
+    {"clip", 175, 204.5},
+    {"beat", 204.5, 237},
+    {"beat_trails", 237, 276.46},
 };
 
-// Milliseconds of every frame, drawn in their order.
+// Milliseconds of every frame of one pass over the show, in their order.
+std::vector<double> pass() {
+    const auto recorded = std::make_unique<off_screen_show>(fps);
+    std::vector<double> all;
+    for (std::int64_t frame = 0; frame < recorded->frame_at(off_screen_show::length()); ++frame) {
+        const auto start = std::chrono::steady_clock::now();
+        recorded->draw_up_to(frame);
+        const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
+        all.push_back(taken.count());
+    }
+    return all;
+}
+
+// The best time of every frame. All passes draw the same, so what differs is other work on the machine.
 const std::vector<double>& frame_times() {
     static const std::vector<double> times = [] {
-        const auto recorded = std::make_unique<off_screen_show>(fps);
-        std::vector<double> all;
-        for (std::int64_t frame = 0; frame < recorded->frame_at(off_screen_show::length()); ++frame) {
-            const auto start = std::chrono::steady_clock::now();
-            recorded->draw_up_to(frame);
-            const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
-            all.push_back(taken.count());
-        }
-        return all;
+        std::vector<double> best = pass();
+        for (int i = 1; i < passes; ++i)
+            std::ranges::transform(best, pass(), best.begin(),
+                                   [](double a, double b) { return std::min(a, b); });
+        return best;
     }();
     return times;
 }

@@ -1,19 +1,17 @@
 // The recorder: its pictures, its command line, its failures.
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <vector>
 
 #include "driver/frame_clock.h"
 #include "media/image_png.h"
 #include "tests/support/captured_output.h"
 #include "tests/support/data_tree.h"
+#include "tests/support/recorder.h"
 #include "tests/support/temp_file.h"
+#include "tools/contact_sheet.h"
 #include "tools/off_screen_show.h"
 #include "tools/picture_file.h"
 #include "tools/record_options.h"
@@ -42,21 +40,6 @@ words colours_only(words pixels) {
     return pixels;
 }
 
-// What the recorder prints goes to a file in `folder`; returns its exit code.
-int record(const std::string& arguments, const temp_folder& folder) {
-    const auto quoted = [](const std::string& path) { return "'" + path + "'"; };
-    const std::string command = quoted(std::string(MORVANE_TEST_TOOLS) + "/morvane-record") + " " +
-                                arguments + " >" + quoted(folder.path("out")) + " 2>" +
-                                quoted(folder.path("err"));
-    const int status = std::system(command.c_str());
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-std::string text_in(const temp_folder& folder, const char* name) {
-    const std::vector<std::uint8_t> bytes = folder.read(name);
-    return {bytes.begin(), bytes.end()};
-}
-
 } // namespace
 
 TEST(recorder, two_shows_draw_the_same_frames_and_each_frame_has_its_exact_time) {
@@ -83,7 +66,7 @@ TEST(recorder, a_still_is_the_console_picture_without_its_top_bytes) {
     go_to_data_tree();
     const temp_folder folder;
     const std::string late = folder.path("late.png"), early = folder.path("early.png");
-    ASSERT_EQ(record("--still 5 '" + late + "' --still 0.5 '" + early + "'", folder), 0)
+    ASSERT_EQ(run_recorder("--still 5 '" + late + "' --still 0.5 '" + early + "'", folder), 0)
         << text_in(folder, "err");
     captured_output quiet;
     off_screen_show recorded(60);
@@ -95,26 +78,177 @@ TEST(recorder, wrong_words_end_with_2_and_one_line) {
     const temp_folder folder;
     for (const char* arguments :
          {"", "--still", "--still 3", "--still x a.png", "--still -1 a.png", "--still nan a.png",
-          "--still 147.49 a.png", "--still 1e999 a.png", "--still 3s a.png", "--film", "a.png"}) {
-        EXPECT_EQ(record(arguments, folder), 2) << arguments;
+          "--still 3600 a.png", "--still 1e999 a.png", "--still 3s a.png", "--film", "a.png",
+          "a.mp4 --scale 0", "a.mp4 --from 5 --to 5"}) {
+        EXPECT_EQ(run_recorder(arguments, folder), 2) << arguments;
         const std::string said = text_in(folder, "err");
         EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
         EXPECT_EQ(text_in(folder, "out"), "");
     }
-    EXPECT_EQ(record("--help", folder), 0);
+    EXPECT_EQ(run_recorder("--help", folder), 0);
     EXPECT_NE(text_in(folder, "out").find("--still SECONDS FILE.png"), std::string::npos);
-    EXPECT_EQ(record("--version", folder), 0);
+    EXPECT_EQ(run_recorder("--version", folder), 0);
+}
+
+TEST(recorder, its_words_become_options) {
+    constexpr double length = 100;
+    const auto read = [](std::vector<const char*> words) { return read_record_options(words, length); };
+    const record_options plain = read({"Film.MP4"});
+    EXPECT_EQ(plain.error, "");
+    EXPECT_EQ(plain.film, "Film.MP4");
+    EXPECT_EQ(plain.fps, 60);
+    EXPECT_EQ(plain.scale, 2);
+    EXPECT_TRUE(plain.sound);
+    EXPECT_FALSE(plain.from || plain.to);
+
+    const record_options all =
+        read({"--from",     "1.5",    "--to",    "100",   "--fps",     "25",      "--scale", "3",
+              "--no-sound", "a.webm", "--still", "99.99", "b.png",     "--still", "0",       "c.png",
+              "--sheet",    "d.png",  "--every", "0.5",   "--columns", "9"});
+    EXPECT_EQ(all.error, "");
+    EXPECT_EQ(all.film, "a.webm");
+    EXPECT_EQ(all.from, 1.5);
+    EXPECT_EQ(all.to, 100.0);
+    EXPECT_EQ(all.fps, 25);
+    EXPECT_EQ(all.scale, 3);
+    EXPECT_FALSE(all.sound);
+    ASSERT_EQ(all.stills.size(), 2U);
+    EXPECT_EQ(all.stills[0].seconds, 99.99);
+    EXPECT_EQ(all.stills[1].path, "c.png");
+    EXPECT_EQ(all.sheet, "d.png");
+    EXPECT_EQ(all.every, 0.5);
+    EXPECT_EQ(all.columns, 9);
+
+    const record_options closing =
+        read({"a.mkv", "--movement", "4", "--seconds", "8", "--still", "107", "b.png"});
+    EXPECT_EQ(closing.error, "");
+    EXPECT_EQ(range_of(closing, length).start, length);
+    EXPECT_EQ(range_of(closing, length).end, length + 8);
+}
+
+TEST(recorder, words_that_can_not_be_meant_are_an_error) {
+    constexpr double length = 100;
+    const std::vector<std::vector<const char*>> wrong{{"a.mov"},
+                                                      {".mp4"},
+                                                      {"a.mp4", "b.mp4"},
+                                                      {"a.mp4", "--quick"},
+                                                      {"a.mp4", "--scale"},
+                                                      {"a.mp4", "--scale", "9"},
+                                                      {"a.mp4", "--scale", "1.5"},
+                                                      {"a.mp4", "--fps", "0"},
+                                                      {"a.mp4", "--fps", "241"},
+                                                      {"a.mp4", "--fps", "99999999999"},
+                                                      {"a.mp4", "--from", "100"},
+                                                      {"a.mp4", "--to", "100.01"},
+                                                      {"a.mp4", "--from", "9", "--to", "8"},
+                                                      {"a.mp4", "--from", "-1"},
+                                                      {"a.mp4", "--from", ""},
+                                                      {"a.mp4", "--movement", "2"},
+                                                      {"a.mp4", "--movement", "7"},
+                                                      {"a.mp4", "--movement", "3", "--seconds", "0"},
+                                                      {"a.mp4", "--movement", "3", "--seconds", "inf"},
+                                                      // outside of the closing movement's time
+                                                      {"--movement", "3", "--still", "5", "a.png"},
+                                                      {"a.mp4", "--movement", "3", "--from", "3"},
+                                                      // options that would do nothing
+                                                      {"a.mp4", "--seconds", "3"},
+                                                      {"a.mp4", "--every", "3"},
+                                                      {"a.mp4", "--columns", "3"},
+                                                      {"--still", "1", "a.png", "--scale", "3"},
+                                                      {"--still", "1", "a.png", "--no-sound"},
+                                                      {"--still", "1", "a.png", "--from", "1"},
+                                                      {"--still", "1", "a.png", "--to", "2"},
+                                                      {"--sheet"},
+                                                      {"--sheet", "a.png", "--every", "0"},
+                                                      {"--sheet", "a.png", "--every", "0.01"},
+                                                      {"--sheet", "a.png", "--columns", "0"},
+                                                      {"--fps", "30"}};
+    for (const auto& words : wrong) {
+        std::string line;
+        for (const char* word : words)
+            line += std::string(word) + " ";
+        EXPECT_NE(read_record_options(words, length).error, "") << line;
+    }
+}
+
+TEST(recorder, a_sheet_has_its_pictures_in_rows_with_the_time_under_each) {
+    constexpr std::int32_t width = 384, height = 240,
+                           bars = 12; // of the 216 rows between the bars 108 are left
+    contact_sheet made(2, 3, width, height, bars);
+    words source(std::size_t{width} * height);
+    const gtex picture = gtex_wrap(source.data(), width, height);
+    for (const std::uint32_t colour : {0xff0000U, 0x00ff00U}) {
+        gtex_fill(picture, colour);
+        made.add(picture, 1.5);
+    }
+    for (std::int32_t i = 0; i < picture.count; ++i) // stripes, of which every small pixel holds one of each
+        source[static_cast<std::size_t>(i)] = i % 2 == 0 ? 0x0000ffU : 0x000001U;
+    made.add(picture, 10);
+    const gtex sheet = made.sheet();
+
+    struct found {
+        std::int32_t count = 0, left = 1 << 20, top = 1 << 20;
+    };
+    const auto find = [&](std::uint32_t colour) {
+        found area;
+        for (std::int32_t i = 0; i < sheet.count; ++i)
+            if (sheet.pixels[i] == colour) {
+                ++area.count;
+                area.left = std::min(area.left, i % sheet.width);
+                area.top = std::min(area.top, i / sheet.width);
+            }
+        return area;
+    };
+    const found red = find(0xff0000), green = find(0x00ff00), grey = find(0x000080);
+    for (const found& each : {red, green, grey})
+        EXPECT_EQ(each.count, 192 * 108);
+    EXPECT_EQ(red.top, green.top);
+    EXPECT_GT(green.left, red.left + 191);
+    EXPECT_EQ(grey.left, red.left);
+    EXPECT_GT(grey.top, red.top + 107);
+
+    // Bright letters, some under each picture and nowhere else; "1.5" twice, "10" once.
+    const auto letters_under = [&](const found& area) {
+        words cell;
+        for (std::int32_t y = area.top + 108; y < std::min(area.top + 108 + 15, sheet.height); ++y)
+            for (std::int32_t x = area.left; x < area.left + 192; ++x)
+                cell.push_back(sheet.pixels[y * sheet.width + x]);
+        return cell;
+    };
+    EXPECT_EQ(letters_under(red), letters_under(green));
+    EXPECT_NE(letters_under(red), letters_under(grey));
+    for (const found& each : {red, grey}) {
+        const words cell = letters_under(each);
+        EXPECT_GT(std::ranges::count_if(cell, [](auto pixel) { return (pixel & 0xff) > 0xc0; }), 10);
+    }
+}
+
+TEST(recorder, a_sheet_of_the_show_is_one_png) {
+    go_to_data_tree();
+    const temp_folder folder;
+    ASSERT_EQ(
+        run_recorder("--sheet '" + folder.path("a.png") + "' --from 0.5 --to 1.5 --every 0.25 --columns 3",
+                     folder),
+        0)
+        << text_in(folder, "err");
+    const captured_output quiet;
+    gtex sheet = gtex_load_png(folder.path("a.png"));
+    EXPECT_GE(sheet.width, 3 * 192);
+    EXPECT_LT(sheet.width, 4 * 192);
+    EXPECT_GE(sheet.height, 2 * 108);
+    EXPECT_LT(sheet.height, 3 * 108);
+    gtex_destroy(sheet);
 }
 
 TEST(recorder, an_unwritable_picture_ends_with_1_and_leaves_nothing) {
     go_to_data_tree();
     const temp_folder folder;
     const std::string path = folder.path("missing folder/a.png");
-    EXPECT_EQ(record("--still 0 '" + path + "'", folder), 1);
+    EXPECT_EQ(run_recorder("--still 0 '" + path + "'", folder), 1);
     EXPECT_NE(text_in(folder, "err").find(path + ": No such file or directory"), std::string::npos);
 
     std::filesystem::create_directory(folder.path("taken.png")); // a folder is in the place of the file
-    EXPECT_EQ(record("--still 0 '" + folder.path("taken.png") + "'", folder), 1);
+    EXPECT_EQ(run_recorder("--still 0 '" + folder.path("taken.png") + "'", folder), 1);
     for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
         EXPECT_EQ(entry.path().string().find(".part"), std::string::npos) << entry.path();
 }
@@ -125,10 +259,10 @@ TEST(recorder, without_its_data_it_says_what_is_missing) {
     std::filesystem::copy("data", folder.path("data"), std::filesystem::copy_options::recursive);
     std::filesystem::current_path(folder.path());
     std::filesystem::remove("data/gfx/sprites/light.tga"); // whose reader would end the process with 0
-    EXPECT_EQ(record("--still 0 a.png", folder), 1);
+    EXPECT_EQ(run_recorder("--still 0 a.png", folder), 1);
     EXPECT_FALSE(std::filesystem::exists("a.png"));
     std::filesystem::remove("data/part1/morvane.png");
-    EXPECT_EQ(record("--still 0 a.png", folder), 1);
+    EXPECT_EQ(run_recorder("--still 0 a.png", folder), 1);
     EXPECT_NE(text_in(folder, "err").find("data/part1/morvane.png is missing"), std::string::npos);
     go_to_data_tree();
 }

@@ -1,7 +1,5 @@
 #include "tools/picture_file.h"
 
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
@@ -9,6 +7,7 @@
 #include <vector>
 
 #include "assets/file_forms.h"
+#include "tools/unfinished_file.h"
 
 namespace {
 
@@ -37,10 +36,7 @@ std::string write_picture(const std::string& path, gtex picture) {
     const std::vector<std::uint8_t> bytes =
         assets::png_file(picture.width, picture.height, colours_of(picture));
     if (bytes.empty()) return "the picture can't be packed";
-    const std::string unfinished = path + "." + std::to_string(getpid()) + ".part";
-    int error = write_file(unfinished, bytes);
-    if (error == 0 && std::rename(unfinished.c_str(), path.c_str()) != 0) error = errno;
-    if (error == 0) return {};
-    std::remove(unfinished.c_str());
-    return std::strerror(error);
+    unfinished_file file(path);
+    const int error = write_file(file.name(), bytes);
+    return error == 0 ? file.finish() : std::strerror(error);
 }

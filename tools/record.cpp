@@ -1,31 +1,20 @@
-// morvane-record: pictures of the show, drawn without a display.
+// morvane-record: films, pictures and contact sheets of the show, drawn without a display.
 #include <algorithm>
 #include <cstdio>
 
 #include "driver/data_files.h"
+#include "tools/metaballs_source.h"
 #include "tools/off_screen_show.h"
-#include "tools/picture_file.h"
 #include "tools/record_options.h"
+#include "tools/recording.h"
+#include "tools/show_source.h"
 
 namespace {
 
-constexpr std::int32_t frames_per_second = 60;
-
-int record(std::vector<still> stills) {
-    std::stable_sort(stills.begin(), stills.end(),
-                     [](const still& a, const still& b) { return a.seconds < b.seconds; });
-    if (report_missing_files() > 0) return 1;
-    off_screen_show recorded(frames_per_second);
-    for (const still& each : stills) {
-        recorded.draw_up_to(recorded.frame_at(each.seconds));
-        const std::string problem = write_picture(each.path, recorded.picture());
-        if (!problem.empty()) {
-            std::fprintf(stderr, "morvane-record: %s: %s\n", each.path.c_str(), problem.c_str());
-            return 1;
-        }
-        std::printf("%s: the picture at %.2f seconds\n", each.path.c_str(), each.seconds);
-    }
-    return 0;
+frame_source source_of(const record_options& options) {
+    if (options.metaballs != 0) return metaballs(options.metaballs, options.seconds, options.fps);
+    if (options.movement != 0) return closing_show(options.movement, options.seconds, options.fps);
+    return timed_show(options.fps);
 }
 
 } // namespace
@@ -45,5 +34,6 @@ int main(int count, char** words) {
         std::printf("morvane-record %s\n", MORVANE_VERSION);
         return 0;
     }
-    return record(options.stills);
+    if (options.metaballs == 0 && report_missing_files() > 0) return 1;
+    return record(options, source_of(options));
 }

@@ -1,0 +1,10 @@
+// One pass over the frames of a source, in which everything that was asked for is made.
+#pragma once
+
+#include "tools/frame_source.h"
+#include "tools/record_options.h"
+
+// Writes film, stills and sheet, says on standard output what there is now, shows the progress there, and
+// says on standard error what went wrong. Ctrl-C and its like end the pass: the film is finished with the
+// frames that it has. Returns the program's exit code: 0, or 1 if something that was asked for isn't there.
+int record(const record_options& options, const frame_source& source);
