@@ -1,5 +1,5 @@
 # What a viewer downloads: the programs, the data tree and the info file.
-install(TARGETS morvane morvane-data morvane-record RUNTIME DESTINATION .)
+install(TARGETS morvane morvane-data morvane-record mopak RUNTIME DESTINATION .)
 install(FILES "${CMAKE_SOURCE_DIR}/docs/morvane.txt" DESTINATION .)
 # The tree that lies here, which may hold files of one's own, and what is missing of it made anew.
 install(DIRECTORY "${CMAKE_SOURCE_DIR}/data" DESTINATION . OPTIONAL)

@@ -1,0 +1,89 @@
+#include "tools/mopak/out_folder.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "tools/mopak/half_written.h"
+
+namespace {
+
+// The steps from a folder to a file; none if the name leads elsewhere or to no file.
+std::vector<std::string> steps_of(std::string_view name) {
+    std::vector<std::string> steps;
+    if (name.starts_with('/') || name.ends_with('/')) return {};
+    while (!name.empty()) {
+        const std::string_view step = name.substr(0, name.find('/'));
+        name.remove_prefix(std::min(step.size() + 1, name.size()));
+        if (step == "..") return {};
+        if (!step.empty() && step != ".")
+            steps.emplace_back(step);
+        else if (name.empty())
+            return {}; // a "." at the end is a folder
+    }
+    return steps;
+}
+
+// Opens a folder within another, made if need be, but no link to one. -1 on failure.
+int step_into(int folder, const std::string& name) {
+    if (mkdirat(folder, name.c_str(), 0777) != 0 && errno != EEXIST) return -1;
+    return openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+}
+
+bool is_link(int folder, const std::string& name) {
+    struct stat status = {};
+    return fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+}
+
+bool write_all(int file, std::span<const std::uint8_t> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(file, bytes.data(), bytes.size());
+        if (written < 0) return false;
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+std::string write_file(int folder, const std::string& name, std::span<const std::uint8_t> bytes) {
+    half_written file(folder, "mopak", 0666);
+    const bool done = file.descriptor() >= 0 && write_all(file.descriptor(), bytes) && file.finish(name);
+    return done ? "" : std::strerror(errno);
+}
+
+} // namespace
+
+out_folder::out_folder(const std::string& path) {
+    std::error_code failed;
+    std::filesystem::create_directories(path, failed);
+    root = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (root < 0) problem = std::strerror(errno);
+}
+
+out_folder::~out_folder() {
+    if (root >= 0) close(root);
+}
+
+std::string out_folder::write(std::string_view name, std::span<const std::uint8_t> bytes) const {
+    const std::vector<std::string> steps = steps_of(name);
+    if (steps.empty()) return "is refused, for its name leads out of the folder or to no file";
+
+    int folder = dup(root);
+    std::string failure = folder < 0 ? std::strerror(errno) : "";
+    for (std::size_t i = 0; i + 1 < steps.size() && failure.empty(); ++i) {
+        const int next = step_into(folder, steps[i]);
+        if (next < 0) failure = std::strerror(errno);
+        if (next < 0 && is_link(folder, steps[i]))
+            failure = "is refused, for '" + steps[i] + "' on its way is a link";
+        close(folder);
+        folder = next;
+    }
+    if (failure.empty()) failure = write_file(folder, steps.back(), bytes);
+    if (folder >= 0) close(folder);
+    return failure;
+}

@@ -1,0 +1,26 @@
+// A folder that files are unpacked into. Nothing that a name says leads out of it.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+class out_folder {
+  public:
+    // Opens the folder, and makes it and those above it if need be. `problem` tells why that failed.
+    explicit out_folder(const std::string& path);
+    ~out_folder();
+    out_folder(const out_folder&) = delete;
+    out_folder& operator=(const out_folder&) = delete;
+
+    std::string problem;
+
+    // Writes a file at `name`, with the folders on its way, in place of what had its name. Returns what went
+    // wrong, or nothing. Refused: an absolute name, one with "..", one without a file at its end, and one
+    // whose way leads through a link. A file that could not be written whole isn't there.
+    std::string write(std::string_view name, std::span<const std::uint8_t> bytes) const;
+
+  private:
+    int root = -1;
+};

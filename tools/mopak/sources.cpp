@@ -1,0 +1,131 @@
+#include "tools/mopak/sources.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <set>
+#include <system_error>
+
+#include "mopak/format.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class collector {
+  public:
+    explicit collector(const std::string& archive_path) : archive(archive_path) {}
+
+    void add_word(const std::string& word) {
+        std::error_code problem;
+        const fs::file_status status = fs::status(word, problem);
+        if (!fs::exists(status))
+            fail(word, problem ? problem.message() : std::strerror(ENOENT));
+        else if (fs::is_directory(status))
+            add_folder(word);
+        else if (!fs::is_regular_file(status))
+            fail(word, "is no plain file");
+        else if (is_archive(word))
+            fail(word, "is the archive itself");
+        else if (fs::file_size(word, problem) == 0)
+            fail(word, "is empty, and an archive can't hold an empty file");
+        else
+            add_file(word);
+    }
+
+    source_list list;
+
+  private:
+    void add_folder(const std::string& folder) {
+        std::error_code problem;
+        std::vector<std::string> paths;
+        for (fs::recursive_directory_iterator each(folder, problem), end; !problem && each != end;
+             each.increment(problem))
+            if (!each->is_directory(problem) || each->is_symlink(problem))
+                paths.push_back(each->path().string());
+        if (problem) return fail(folder, problem.message());
+        std::ranges::sort(paths);
+        for (const std::string& path : paths)
+            add_from_folder(path);
+    }
+
+    void add_from_folder(const std::string& path) {
+        if (!list.error.empty()) return;
+        std::error_code problem;
+        if (is_archive(path)) return;
+        if (!fs::is_regular_file(path, problem))
+            list.notes.push_back(path + ": is no plain file and is left out");
+        else if (fs::file_size(path, problem) == 0)
+            list.notes.push_back(path +
+                                 ": is empty and is left out, for an archive can't hold an empty file");
+        else
+            add_file(path);
+    }
+
+    void add_file(const std::string& path) {
+        std::error_code problem;
+        const std::uintmax_t size = fs::file_size(path, problem);
+        const std::string name = name_in_archive(path);
+        if (problem) return fail(path, problem.message());
+        if (size > INT32_MAX) return fail(path, "is 2 GiB or larger, too large for an archive");
+        if (!mopak_text_fits(name, mopak_name_room))
+            return fail(path, "has a name of more than " + std::to_string(mopak_name_room - 1) + " bytes");
+        if (!names.insert(name).second) return note_second(path, name);
+        note_other_name(path, name);
+        list.sources.push_back({path, name, static_cast<std::int64_t>(size)});
+    }
+
+    // The same file given twice is nothing to speak of.
+    void note_second(const std::string& path, const std::string& name) {
+        const auto first = std::ranges::find(list.sources, name, &pack_source::name);
+        std::error_code problem;
+        if (!fs::equivalent(first->path, path, problem))
+            list.notes.push_back(path + ": is left out, for " + first->path + " has its name");
+    }
+
+    // Once for all that loses its root or "..": each such file has the same to say.
+    void note_other_name(const std::string& path, const std::string& name) {
+        if (noted || fs::path(path).lexically_normal() == name) return;
+        noted = true;
+        list.notes.push_back(path + ": is called " + name +
+                             " in the archive, as files are unpacked below a folder");
+    }
+
+    bool is_archive(const std::string& path) const {
+        std::error_code problem;
+        return fs::equivalent(path, archive, problem);
+    }
+
+    void fail(const std::string& path, const std::string& why) {
+        if (list.error.empty()) list.error = path + ": " + why;
+    }
+
+    std::string archive;
+    std::set<std::string> names;
+    bool noted = false;
+};
+
+} // namespace
+
+std::int64_t source_list::total() const {
+    std::int64_t sum = 0;
+    for (const pack_source& each : sources)
+        sum += each.size;
+    return sum;
+}
+
+std::string name_in_archive(const std::string& path) {
+    const fs::path normal = fs::path(path).lexically_normal().relative_path();
+    fs::path name;
+    for (const fs::path& part : normal)
+        if (part != ".." && part != ".") name /= part;
+    return name.string();
+}
+
+source_list collect_sources(std::span<const std::string> words, const std::string& archive) {
+    collector all(archive);
+    for (const std::string& word : words)
+        if (all.list.error.empty()) all.add_word(word);
+    return std::move(all.list);
+}
