@@ -12,7 +12,6 @@
 #include "scene/moscene.h"
 #include "scene/tracks.h"
 #include "tests/support/captured_output.h"
-#include "tests/support/quaternions.h"
 
 namespace {
 
@@ -125,36 +124,6 @@ std::vector<plain_key> random_track(std::mt19937& random, std::size_t count) {
         frame += 1 + static_cast<int>(random() % 30);
     }
     return keys;
-}
-
-// q and -q are the same turn; here the sign counts.
-struct turn_key {
-    int frame;
-    double degrees; // accumulated, about z
-    double tension = 0;
-};
-
-mokey_node rotation_node(const std::vector<turn_key>& keys) {
-    const captured_output ignored; // a line for each key
-    mokey_node node(node_object);
-    node.alloc_keys(static_cast<std::int32_t>(keys.size()), track_rotation);
-    for (const turn_key& k : keys) {
-        const auto angle = static_cast<float>(k.degrees * pi / 180);
-        quaternion turned{};
-        turned.from_axis_angle(0, 0, 1, angle);
-        node.add_key_rot(static_cast<std::uint16_t>(k.frame), angle, 0, 0, 1, static_cast<float>(k.tension),
-                         0, 0, 0, 0, turned);
-    }
-    node.calc_tangents();
-    return node;
-}
-
-quaternion rotation_at(mokey_node& node, float frame, const mokey_node* parent = nullptr) {
-    moscene scene;
-    scene.frame = frame;
-    quaternion out{7, 7, 7, 7};
-    scene.eval_rot(node, out, parent);
-    return out;
 }
 
 } // namespace
@@ -336,93 +305,6 @@ TEST(angle_track, every_field_adds_up_along_the_tree) {
     EXPECT_NEAR(g, 2.25, 1e-6);
     EXPECT_EQ(b, 3);
     EXPECT_EQ(child.current_color.g, g);
-}
-
-TEST(rotation_track, turns_evenly_and_hands_its_parent_on) {
-    mokey_node node = rotation_node({{0, 0}, {10, 60}, {20, 120}, {30, 180}});
-    for (const float t : {0.0F, 2.5F, 10.0F, 17.0F, 25.0F, 30.0F}) {
-        const double half = t * 3 * pi / 180;
-        expect_quaternion(rotation_at(node, t), std::cos(half), 0, 0, std::sin(half));
-        expect_quaternion(node.current_rot, std::cos(half), 0, 0, std::sin(half));
-    }
-    mokey_node parent(node_object);
-    parent.current_rot = {0, 1, 0, 0};
-    expect_quaternion(rotation_at(node, 10, &parent), 0, std::cos(pi / 6), std::sin(pi / 6), 0);
-    expect_quaternion(node.current_rot, 0, std::cos(pi / 6), std::sin(pi / 6), 0);
-    // Behind the last key the parent is on the other side, and the node keeps its own.
-    expect_quaternion(rotation_at(node, 31, &parent), 0, 0, -1, 0);
-    expect_quaternion(node.current_rot, 0, 0, 0, 1);
-
-    mokey_node one = rotation_node({{5, 90}});
-    expect_quaternion(rotation_at(one, 100), std::cos(pi / 4), 0, 0, std::sin(pi / 4));
-    const quaternion before = one.current_rot;
-    expect_quaternion(rotation_at(one, -1), 7, 7, 7, 7); // no negative frames: nothing changes
-    mokey_node none(node_object);
-    expect_quaternion(rotation_at(none, 5), 7, 7, 7, 7);
-    expect_quaternion(one.current_rot, before.w, before.x, before.y, before.z, 0);
-}
-
-TEST(rotation_track, tangents_bend_towards_the_neighbours) {
-    // 0, 30 and 90 degrees, evenly spaced: the middle tangents are a quarter of the two half turns'
-    // difference.
-    mokey_node node = rotation_node({{0, 0}, {10, 30}, {20, 90}});
-    const double g1 = 15 * pi / 180, g2 = 30 * pi / 180;
-    const double out = 15 * pi / 180 + (g1 * 0.5 - g2 * 0.5) * 0.5;
-    const double in = 15 * pi / 180 + (g1 * 0.5 + g2 * (0.5 - 1)) * 0.5;
-    expect_quaternion(node.rot_keys[1].tangent_out, std::cos(out), 0, 0, std::sin(out));
-    expect_quaternion(node.rot_keys[1].tangent_in, std::cos(in), 0, 0, std::sin(in));
-    // The ends have one neighbour, which counts on both sides.
-    expect_quaternion(node.rot_keys[0].tangent_out, 1, 0, 0, 0);
-    expect_quaternion(node.rot_keys[2].tangent_in, std::cos(pi / 4), 0, 0, std::sin(pi / 4));
-    // Full tension: both go half of their own way.
-    mokey_node tense = rotation_node({{0, 0}, {10, 30, 1}, {20, 90}});
-    expect_quaternion(tense.rot_keys[1].tangent_out, std::cos(g1 * 1.5), 0, 0, std::sin(g1 * 1.5));
-    expect_quaternion(tense.rot_keys[1].tangent_in, std::cos(g1 - g2 / 2), 0, 0, std::sin(g1 - g2 / 2));
-    // Uneven spacing scales what the neighbours add: 10 and 30 of 40 frames.
-    mokey_node uneven = rotation_node({{0, 0}, {10, 30}, {40, 90}});
-    const double far_out = g1 + (g1 * (1 - 0.5 * 0.5) - g2 * 0.5 * 0.5) * 0.5;
-    expect_quaternion(uneven.rot_keys[1].tangent_out, std::cos(far_out), 0, 0, std::sin(far_out));
-    const double far_in = g1 + (g1 * 0.5 * 1.5 + g2 * (0.5 * 1.5 - 1)) * 0.5;
-    expect_quaternion(uneven.rot_keys[1].tangent_in, std::cos(far_in), 0, 0, std::sin(far_in));
-}
-
-TEST(rotation_track, tangents_across_a_sign_and_across_a_turn) {
-    // 0 and 200 degrees: the dot product is negative, so the way to the inverse of the second counts, which
-    // is 160 degrees. Full tension: half of it.
-    mokey_node node = rotation_node({{0, 0, 1}, {10, 200, 1}});
-    const double g = 40 * pi / 180;
-    expect_quaternion(node.rot_keys[0].tangent_out, std::cos(g), 0, 0, std::sin(g));
-    // More than a turn away, and a whole turn too, the logarithm of the pure axis counts: a right angle.
-    for (const double away : {360.0, 400.0, 1000.0}) {
-        mokey_node far = rotation_node({{0, 0}, {10, 30}, {20, 30 + away}});
-        const double out = 15 * pi / 180 + (15 * pi / 180 * 0.5 - pi / 2 * 0.5) * 0.5;
-        expect_quaternion(far.rot_keys[1].tangent_out, std::cos(out), 0, 0, std::sin(out));
-        mokey_node back = rotation_node({{0, 30 + away}, {10, 30}, {20, 0}});
-        const double in = 15 * pi / 180 + (pi / 2 * 0.5 - -15 * pi / 180 * 0.5) * 0.5;
-        expect_quaternion(back.rot_keys[1].tangent_in, std::cos(in), 0, 0, std::sin(in));
-    }
-}
-
-TEST(rotation_track, more_than_a_turn_spins_on) {
-    // A turn and a half: the tangents come from the axis, times a right angle.
-    mokey_node node = rotation_node({{0, 0}, {10, 540}});
-    // One half turn more than from 0 to 540: half of pi / 2 + pi.
-    const double quarter = (pi / 2 + pi) * 0.5;
-    moscene scene;
-    scene.frame = 5;
-    quaternion keyed{}, bent{}, expected{}, out{};
-    quaternion_slerp(node.rot_keys[0].rotation, node.rot_keys[1].rotation, 1, 0.5F, keyed);
-    expect_quaternion(keyed, std::cos(quarter), 0, 0, -std::sin(quarter), 1e-5);
-    quaternion_slerp(node.rot_keys[0].tangent_out, node.rot_keys[1].tangent_in, 1, 0.5F, bent);
-    quaternion_slerp(keyed, bent, 0, 0.5F, expected);
-    scene.eval_rot(node, out, nullptr);
-    expect_quaternion(out, expected.w, expected.x, expected.y, expected.z);
-    // G = ln(0, z) = pi / 2 z on both sides: M = 0, N = 0
-    expect_quaternion(node.rot_keys[0].tangent_out, 1, 0, 0, 0);
-    // Three keys on one frame are evenly spaced.
-    mokey_node jam = rotation_node({{5, 0}, {5, 30}, {5, 90}});
-    EXPECT_TRUE(std::isfinite(jam.rot_keys[1].tangent_out.w));
-    expect_quaternion(rotation_at(jam, 5), std::cos(pi / 12), 0, 0, std::sin(pi / 12));
 }
 
 TEST(keys, stay_within_their_allocation) {

@@ -39,6 +39,8 @@ void progress::done(std::int64_t frames) {
 }
 
 void progress::clear() {
-    if (on_screen_) std::fprintf(out_, "\r%60s\r", "");
+    if (!on_screen_) return;
+    std::fprintf(out_, "\r%60s\r", "");
+    std::fflush(out_);
     on_screen_ = false;
 }

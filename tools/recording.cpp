@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <optional>
@@ -17,12 +18,18 @@
 
 namespace {
 
-void complain(const std::string& about, const std::string& problem) {
-    std::fprintf(stderr, "morvane-record: %s: %s\n", about.c_str(), problem.c_str());
+// Whether `problem` is empty; says it if not.
+bool good(const std::string& problem) {
+    if (!problem.empty()) std::fprintf(stderr, "morvane-record: %s\n", problem.c_str());
+    return problem.empty();
 }
 
-// Each of the three below takes the frames that it needs of those that pass. The functions return false after
-// a complaint.
+// Each of the three below takes the frames that it needs of those that pass. `take` returns an empty text or
+// what went wrong, with the name of the file; the functions that return a bool complain themselves.
+
+std::string with_name(const std::string& path, const std::string& problem) {
+    return problem.empty() ? problem : path + ": " + problem;
+}
 
 class film_job {
   public:
@@ -38,25 +45,26 @@ class film_job {
         const std::vector<placed_track> none;
         const auto& tracks = options_.sound ? source_.tracks : none;
         for (const std::string& line : sound_track::trouble(tracks, from, to))
-            std::fprintf(stderr, "morvane-record: %s\n", line.c_str());
-        return good(writer_.open({.path = options_.film,
-                                  .width = source_.width,
-                                  .height = source_.height,
-                                  .scale = options_.scale,
-                                  .fps = source_.fps,
-                                  .from = from,
-                                  .tracks = tracks}));
+            good(line);
+        return good(with_name(options_.film, writer_.open({.path = options_.film,
+                                                           .width = source_.width,
+                                                           .height = source_.height,
+                                                           .scale = options_.scale,
+                                                           .fps = source_.fps,
+                                                           .from = from,
+                                                           .tracks = tracks})));
     }
 
-    bool take(std::int64_t frame, gtex picture) {
-        if (frame < first_ || frame >= end_) return true;
+    std::string take(std::int64_t frame, gtex picture) {
+        if (frame < first_ || frame >= end_) return {};
         next_ = frame + 1;
-        return good(writer_.add(picture));
+        return with_name(options_.film, writer_.add(picture));
     }
 
     bool finish() {
-        if (next_ == first_) return good("ended before its first picture");
-        if (!good(writer_.finish())) return false;
+        const bool empty = next_ == first_;
+        if (!good(with_name(options_.film, empty ? "ended before its first picture" : writer_.finish())))
+            return false;
         std::printf("%s: %s%.2f seconds of film, %lld frames\n", options_.film.c_str(),
                     next_ < end_ ? "ended early, " : "", static_cast<double>(next_ - first_) / source_.fps,
                     static_cast<long long>(next_ - first_));
@@ -64,11 +72,6 @@ class film_job {
     }
 
   private:
-    bool good(const std::string& problem) const {
-        if (!problem.empty()) complain(options_.film, problem);
-        return problem.empty();
-    }
-
     const record_options& options_;
     const frame_source& source_;
     std::int64_t first_, end_, next_;
@@ -84,16 +87,17 @@ class stills_job {
 
     std::int64_t end() const { return stills_.empty() ? 0 : frame_at(source_, stills_.back().seconds) + 1; }
 
-    bool take(std::int64_t frame, gtex picture) {
+    // Adds a line to `news` for each still that there is now.
+    std::string take(std::int64_t frame, gtex picture, std::string& news) {
         for (; done_ < stills_.size() && frame_at(source_, stills_[done_].seconds) == frame; ++done_) {
             const still& each = stills_[done_];
-            if (std::string problem = write_picture(each.path, picture); !problem.empty()) {
-                complain(each.path, problem);
-                return false;
-            }
-            std::printf("%s: the picture at %.2f seconds\n", each.path.c_str(), each.seconds);
+            if (std::string problem = write_picture(each.path, picture); !problem.empty())
+                return with_name(each.path, problem);
+            std::array<char, 64> time{};
+            std::snprintf(time.data(), time.size(), "%.2f", each.seconds);
+            news += each.path + ": the picture at " + time.data() + " seconds\n";
         }
-        return true;
+        return {};
     }
 
     bool whole() const { return done_ == stills_.size(); }
@@ -121,11 +125,9 @@ class sheet_job {
     bool finish() {
         const std::string problem =
             done_ < count_ ? "ended before its last picture" : write_picture(options_.sheet, sheet_.sheet());
-        if (problem.empty())
-            std::printf("%s: %d pictures\n", options_.sheet.c_str(), static_cast<int>(count_));
-        else
-            complain(options_.sheet, problem);
-        return problem.empty();
+        if (!good(with_name(options_.sheet, problem))) return false;
+        std::printf("%s: %d pictures\n", options_.sheet.c_str(), static_cast<int>(count_));
+        return true;
     }
 
   private:
@@ -149,16 +151,24 @@ struct jobs {
     std::optional<sheet_job> sheet;
 };
 
-// Draws the frames from `begin` to before `end` and hands them to all.
+// Hands a picture to all.
+std::string take(jobs& all, std::int64_t frame, gtex picture, std::string& news) {
+    if (all.sheet) all.sheet->take(frame, picture);
+    std::string problem = all.film ? all.film->take(frame, picture) : "";
+    return problem.empty() ? all.stills.take(frame, picture, news) : problem;
+}
+
+// Draws the frames from `begin` to before `end`, and all take what they need.
 bool pass(const frame_source& source, jobs& all, std::int64_t begin, std::int64_t end, const char* work) {
     if (begin >= end) return true;
     const bool terminal = isatty(STDOUT_FILENO) == 1;
     progress shown(stdout, terminal, work, end - begin);
     for (std::int64_t frame = begin; frame < end && !interrupted(); ++frame) {
-        const gtex picture = source.draw(frame);
-        if (all.film && !all.film->take(frame, picture)) return false;
-        if (!all.stills.take(frame, picture)) return false;
-        if (all.sheet) all.sheet->take(frame, picture);
+        std::string news;
+        const std::string problem = take(all, frame, source.draw(frame), news);
+        if (!news.empty() || !problem.empty()) shown.clear();
+        std::fputs(news.c_str(), stdout);
+        if (!good(problem)) return false;
         if (terminal || all.film) shown.done(frame + 1 - begin);
     }
     shown.clear();
@@ -183,6 +193,6 @@ int record(const record_options& options, const frame_source& source) {
     // What could be made is kept, whatever became of the rest.
     const bool film = !all.film || all.film->finish();
     const bool sheet = !all.sheet || all.sheet->finish();
-    if (!all.stills.whole()) std::fprintf(stderr, "morvane-record: ended before the last still\n");
-    return film && sheet && all.stills.whole() ? 0 : 1;
+    const bool stills = good(all.stills.whole() ? "" : "ended before the last still");
+    return film && sheet && stills ? 0 : 1;
 }
