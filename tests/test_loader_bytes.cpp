@@ -104,3 +104,18 @@ TEST(loader_bytes, a_block_of_unknown_size_is_read_no_further_than_its_first_len
     moscene scene;
     EXPECT_FALSE(sceneloader_3ds().load_stream(scene, file.data()));
 }
+
+TEST(loader_bytes, a_record_cut_by_the_end_changes_nothing) {
+    const auto loaded_without_its_last_bytes = [](const chunk& section) {
+        scene_bytes file = chunk(0x4d4d).add(section).bytes();
+        file.resize(file.size() - 2);
+        file.shrink_to_fit();
+        return load_from_memory(file);
+    };
+    const chunk camera = object_block("eye", chunk(0x4700).f32({1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_EQ(loaded_without_its_last_bytes(chunk(0x3d3d).add(camera))->scene.camera_count, 0);
+    const chunk range = chunk(0xb008).u32({10, 20});
+    EXPECT_EQ(loaded_without_its_last_bytes(chunk(0xb000).add(range))->scene.start_frame, 0);
+    const chunk ambient = chunk(0x2100).add(colour_floats(1, 1, 1));
+    EXPECT_EQ(loaded_without_its_last_bytes(chunk(0x3d3d).add(ambient))->scene.ambient_r, 0);
+}
