@@ -39,7 +39,8 @@ void object_apply_matrices(object& mesh) {
 void object_ripple(object& mesh, float phase, std::int32_t amplitude) {
     for (std::int32_t i = 0; i < vertices_in_use(mesh); ++i) {
         float& z = mesh.world_vertices[static_cast<std::size_t>(i)].z;
-        z = static_cast<float>(z + std::sin(i + double{phase}) * amplitude);
+        const float angle = static_cast<float>(i) + phase;
+        z = static_cast<float>(z + std::sin(double{angle}) * amplitude);
     }
 }
 

@@ -13,8 +13,8 @@ void object_rotate(object& mesh, float ax, float ay, float az);
 // `normal_matrix` to `world_normals`: the last step after the matrices have been changed by hand.
 void object_apply_matrices(object& mesh);
 
-// Waves the depth of `world_vertices`: the z of vertex i += sin(i + phase) * amplitude, computed in double
-// and rounded when stored.
+// Waves the depth of `world_vertices`: the z of vertex i += sin(i + phase) * amplitude. The angle i + phase
+// is rounded to a float; sine, product and sum are computed in double and rounded when stored.
 void object_ripple(object& mesh, float phase, std::int32_t amplitude);
 
 // Perspective with the focal constant 120: x * 120 / z + centre_x and the same for y go to `screen_vertices`.
