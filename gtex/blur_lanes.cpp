@@ -149,14 +149,17 @@ struct blur_lanes {
             block columns;
             load(columns, in + x, segment);
             for (std::size_t i = 0; i < lanes; ++i) {
-                ring[in_ring(x) + i] = columns[i];
-                add(s, columns[i]);
+                // The longest box fills the ring, so its oldest pixel goes before the new one comes in.
+                const words entering = columns[i];
+                const words leaving = box > 0 ? ring[in_ring(x + i - box)] : entering;
+                ring[in_ring(x) + i] = entering;
+                add(s, entering);
                 words mean_r, mean_g, mean_b;
                 mean(mean_r, s.r, factor * 65536);
                 mean(mean_g, s.g, factor);
                 mean(mean_b, s.b, factor);
                 columns[i] = (mean_r & 0xff0000) | (mean_g & 0xff00) | mean_b;
-                take_off(s, ring[in_ring(x + i - box)]);
+                take_off(s, leaving);
             }
             store(out + x, segment, columns);
         }

@@ -1,15 +1,16 @@
 // Filters: box blurs, a smear and a glow.
 //
-// The blurs take n + 1 pixels a result. n below 0 counts as 0 and above 511 as 511. Each channel's sum is
-// divided by n + 1 and truncated; the top byte of what is written is 0. Their cost doesn't depend on n. `dst`
-// and `src` may be the same surface (one that `gtex_scratch` can hold), but mustn't overlap otherwise.
+// The blurs take n + 1 pixels a result. n below 0 counts as 0 and above 512, a whole row, as 512. Each
+// channel's sum is divided by n + 1 and truncated; the top byte of what is written is 0. Their cost doesn't
+// depend on n. `dst` and `src` may be the same surface (one that `gtex_scratch` can hold), but mustn't
+// overlap otherwise.
 #pragma once
 
 #include <cstdint>
 
 #include "gtex/gtex.h"
 
-inline constexpr std::int32_t blur_largest_n = frame_columns - 1;
+inline constexpr std::int32_t blur_largest_n = frame_columns;
 
 // Horizontal, centred: for each row y from 1 to dst.height - 2 and each column x, the mean of the pixels of
 // `src` at y * 512 + x - n to y * 512 + x goes to `dst` at y * 512 + x - n / 2. Both surfaces are one flat

@@ -29,7 +29,7 @@ std::uint32_t mean_word(const std::vector<std::uint32_t>& taps) {
 
 words naive_blur_h_at(gtex dst, gtex src, std::int64_t ox, std::int64_t oy, std::int64_t n) {
     words expected(dst.pixels, dst.pixels + dst.count);
-    n = std::clamp<std::int64_t>(n, 0, 511);
+    n = std::clamp<std::int64_t>(n, 0, 512);
     for (std::int64_t y = 1; y <= std::min(dst.height - 2, 383); ++y)
         for (std::int64_t x = 0; x < dst.width; ++x) {
             const std::int64_t last_tap = y * 512 + x;
@@ -44,7 +44,7 @@ words naive_blur_h_at(gtex dst, gtex src, std::int64_t ox, std::int64_t oy, std:
 
 words naive_blur_v_at(gtex dst, gtex src, std::int64_t ox, std::int64_t oy, std::int64_t n) {
     words expected(dst.pixels, dst.pixels + dst.count);
-    n = std::clamp<std::int64_t>(n, 0, 511);
+    n = std::clamp<std::int64_t>(n, 0, 512);
     for (std::int64_t y = 0; y < dst.height && (y + 1) * dst.width <= src.count; ++y)
         for (std::int64_t x = 1; x <= dst.width - 2; ++x) {
             words taps;
@@ -71,32 +71,11 @@ using zoom = filters;
 using bump = filters;
 
 TEST_F(blurs, horizontal_is_the_centred_box_mean_on_the_flat_run) {
-    for (const std::int32_t n : {0, 1, 2, 7, 31, 255, 256, 257, 510, 511}) {
+    for (const std::int32_t n : {INT_MIN, -1, 0, 1, 2, 7, 31, 255, 256, 257, 511, 512, 513, INT_MAX}) {
         guarded_surface dst(512, 40, 1), src(512, 40, 2);
-        const words expected = naive_blur_h_at(dst, src, -(n / 2), 0, n);
+        const words expected = naive_blur_h_at(dst, src, -(std::clamp(n, 0, 512) / 2), 0, n);
         gtex_blur_h(dst, src, n);
         expect_pixels(dst, expected);
-    }
-}
-
-TEST_F(blurs, horizontal_leaves_the_first_and_last_row_and_clears_the_top_byte) {
-    guarded_surface dst(512, 288, 3), src(512, 288, 4);
-    words expected = dst.copy();
-    for (std::int32_t i = 512; i < 287 * 512; ++i)
-        expected[static_cast<std::size_t>(i)] = src[i] & 0xffffff;
-    gtex_blur_h(dst, src, 0);
-    expect_pixels(dst, expected);
-}
-
-TEST_F(blurs, n_is_limited_to_a_row) {
-    for (const auto& [given, used] : {std::pair{-1, 0}, {INT_MIN, 0}, {512, 511}, {INT_MAX, 511}}) {
-        guarded_surface a(512, 12, 5), b(512, 12, 5), src(512, 12, 6);
-        gtex_blur_h(a, src, given);
-        gtex_blur_h(b, src, used);
-        expect_pixels(a, b.copy());
-        gtex_blur_v_at(a, src, 0, 0, given);
-        gtex_blur_v_at(b, src, 0, 0, used);
-        expect_pixels(a, b.copy());
     }
 }
 
@@ -125,8 +104,8 @@ TEST_F(blurs, horizontal_takes_surfaces_of_any_size) {
                               {100, 50},  {700, 9}, {511, 7}, {513, 7}, {3, 600}};
     for (const size d : sizes)
         for (const size s : sizes)
-            for (const std::int32_t n : {0, 9, 511}) {
-                if (n == 511 && d.height > 100) continue; // the plain sums take long
+            for (const std::int32_t n : {0, 9, 512}) {
+                if (n == 512 && d.height > 100) continue; // the plain sums take long
                 guarded_surface dst(d.width, d.height, 9), src(s.width, s.height, 10);
                 const words expected = naive_blur_h_at(dst, src, 3, -1, n);
                 gtex_blur_h_at(dst, src, 3, -1, n);
@@ -138,7 +117,7 @@ TEST_F(blurs, vertical_is_the_box_mean_of_the_rows_above) {
     constexpr size sizes[] = {{512, 30}, {37, 70}, {2, 5}, {1, 4}, {3, 1}, {300, 9}};
     for (const size d : sizes)
         for (const size s : sizes)
-            for (const std::int32_t n : {0, 1, 5, 60, 511}) {
+            for (const std::int32_t n : {INT_MIN, 0, 1, 5, 60, 511, 512, INT_MAX}) {
                 guarded_surface dst(d.width, d.height, 11), src(s.width, s.height, 12);
                 const words expected = naive_blur_v_at(dst, src, -2, 1, n);
                 gtex_blur_v_at(dst, src, -2, 1, n);
@@ -169,7 +148,7 @@ TEST_F(blurs, work_in_place) {
 }
 
 TEST_F(blur_kernels, division_by_multiplication_is_exact_for_every_sum) {
-    for (std::int32_t taps = 1; taps <= 512; ++taps) {
+    for (std::int32_t taps = 1; taps <= 513; ++taps) {
         const float factor = box_factor(taps);
         std::int32_t wrong = 0;
         for (std::int32_t sum = 0; sum <= 255 * taps; ++sum) {
@@ -184,13 +163,13 @@ TEST_F(blur_kernels, division_by_multiplication_is_exact_for_every_sum) {
 }
 
 TEST_F(blur_kernels, all_versions_give_the_same_bits) {
-    constexpr std::size_t history = 511;
+    constexpr std::size_t history = 512;
     std::mt19937 random(17);
     words in(history + 20000);
     for (std::uint32_t& word : in)
         word = random() % 4 == 0 ? 0xffffffff : static_cast<std::uint32_t>(random());
     for (const blur_kernel version : blur_run_versions())
-        for (const std::int32_t n : {0, 1, 15, 16, 17, 64, 300, 511})
+        for (const std::int32_t n : {0, 1, 15, 16, 17, 64, 300, 511, 512})
             for (const std::size_t count : {0U, 1U, 15U, 255U, 256U, 257U, 700U, 19999U}) {
                 words plain(count + 1, 0xdeadbeef), out(count + 1, 0xdeadbeef);
                 blur_run_plain(plain.data(), in.data() + history, count, n);
@@ -267,6 +246,8 @@ TEST_F(zoom, stretches_a_window_over_the_whole_surface) {
         size dst, src;
         std::int32_t x0, y0, x1, y1;
     } constexpr cases[] = {
+        {{512, 288}, {512, 288}, 0, 0, 512, 288},   // a plain copy
+        {{512, 288}, {512, 288}, 100, 50, 100, 50}, // filled with one pixel
         {{512, 288}, {512, 288}, 17, 9, 497, 280},  // a little in
         {{512, 288}, {512, 288}, 100, 50, 111, 57}, // far in
         {{512, 288}, {320, 240}, 0, 0, 320, 240},   // another width
@@ -288,14 +269,6 @@ TEST_F(zoom, stretches_a_window_over_the_whole_surface) {
         gtex_zoom(dst, src, c.x0, c.y0, c.x1, c.y1);
         expect_pixels(dst, expected);
     }
-}
-
-TEST_F(zoom, whole_window_is_a_copy_and_an_empty_one_a_fill) {
-    guarded_surface dst(512, 288, 22), src(512, 288, 23);
-    gtex_zoom(dst, src, 0, 0, 512, 288);
-    expect_pixels(dst, src.copy());
-    gtex_zoom(dst, src, 100, 50, 100, 50);
-    expect_pixels(dst, words(512 * 288, src.at(100, 50)));
 }
 
 TEST_F(bump, light_falls_off_around_its_centre) {
