@@ -71,7 +71,15 @@ void gtex_copy(gtex dst, gtex src) {
 
 void gtex_copy_raw(gtex dst, const std::uint32_t* pointer, std::int32_t count) {
     const std::size_t run = words(std::min(count, dst.count));
-    if (run > 0) std::memmove(dst.pixels, pointer, run * 4);
+    if (run == 0) return;
+    const std::uintptr_t bytes_behind =
+        reinterpret_cast<std::uintptr_t>(dst.pixels) - reinterpret_cast<std::uintptr_t>(pointer);
+    if (bytes_behind == 0 || bytes_behind >= run * 4) {
+        std::memmove(dst.pixels, pointer, run * 4);
+        return;
+    }
+    for (std::size_t i = 0; i < run; ++i) // `dst` begins inside the source: words repeat
+        dst.pixels[i] = pointer[i];
 }
 
 void gtex_copy_keyed(gtex dst, gtex src) {

@@ -52,7 +52,8 @@ gtex gtex_wrap(std::uint32_t* pointer, std::int32_t width, std::int32_t height);
 // Writes `colour` to all `dst.count` pixels.
 void gtex_fill(gtex dst, std::uint32_t colour);
 
-// Copies `src.count` words as a flat run. The surfaces may overlap.
+// Copies `src.count` words as a flat run, one by one from first to last. The surfaces may overlap; where
+// `dst` begins inside `src`, the words before its beginning repeat.
 void gtex_copy(gtex dst, gtex src);
 
 // `gtex_copy` from a bare pointer with an explicit count.

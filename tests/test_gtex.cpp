@@ -54,30 +54,22 @@ TEST(gtex_transfer, copy_is_a_flat_run_bounded_by_the_source) {
     EXPECT_EQ(small[0], frame[0]);
 }
 
-TEST(gtex_transfer, copies_may_overlap) {
-    std::vector<std::uint32_t> block(300);
-    for (std::uint32_t i = 0; i < 300; ++i)
-        block[i] = i;
-    for (const std::size_t shift : {7U, 1U}) {
-        std::vector<std::uint32_t> expected = block;
-        std::copy_backward(block.begin(), block.begin() + 250,
-                           expected.begin() + 250 + static_cast<std::ptrdiff_t>(shift));
-        gtex_copy(gtex_wrap(block.data() + shift, 250, 1), gtex_wrap(block.data(), 250, 1));
-        EXPECT_EQ(block, expected);
-    }
-}
-
-TEST(gtex_transfer, keyed_copies_skip_the_zero_word_only) {
-    for (const bool by_dst : {false, true}) {
-        guarded_surface dst(37, 5, 4), src(37, 5, 5);
-        src[3] = 0x01000000; // black with a mask value is no key
-        src[4] = 0;
-        std::vector<std::uint32_t> expected = dst.copy();
-        for (std::int32_t i = 0; i < src.count(); ++i)
-            if (src[i] != 0) expected[static_cast<std::size_t>(i)] = src[i];
-        by_dst ? gtex_copy_keyed_dst(dst, src) : gtex_copy_keyed(dst, src);
-        expect_pixels(dst, expected);
-    }
+TEST(gtex_transfer, copies_run_from_the_first_word_to_the_last_and_keyed_ones_skip_zero_words) {
+    constexpr void (*plain)(gtex, gtex) = [](gtex dst, gtex src) {
+        gtex_copy_raw(dst, src.pixels, src.count);
+    };
+    for (const auto copy : {plain, &gtex_copy, &gtex_copy_keyed, &gtex_copy_keyed_dst})
+        for (const std::size_t place : {0U, 50U, 293U, 299U, 300U, 301U, 307U, 549U, 550U}) {
+            std::vector<std::uint32_t> block(800);
+            for (std::uint32_t i = 0; i < block.size(); ++i)
+                block[i] = (i % 41) << 24; // black with a mask value is no key
+            std::vector<std::uint32_t> expected = block;
+            const bool keyed = copy == gtex_copy_keyed || copy == gtex_copy_keyed_dst;
+            for (std::size_t i = 0; i < 250; ++i)
+                if (!keyed || expected[300 + i] != 0) expected[place + i] = expected[300 + i];
+            copy(gtex_wrap(block.data() + place, 250, 1), gtex_wrap(block.data() + 300, 250, 1));
+            EXPECT_EQ(block, expected) << "from 300 to " << place;
+        }
 }
 
 TEST(gtex_transfer, copy_rect_takes_a_window_and_stays_inside_the_source) {
