@@ -56,8 +56,8 @@ void gtex_dual_fade(gtex dst, gtex a, gtex b, std::int32_t level);
 // elsewhere `dst` stays.
 void gtex_average_keyed(gtex dst, gtex src);
 
-// One pixel of `dst`: each channel min(d + value, 255), top byte 0. Values are limited to 0 to 255; an index
-// outside the surface changes nothing.
+// One pixel of `dst`: each channel min(d + value, 255), top byte 0. A negative value darkens, to 0 at most;
+// an index outside the surface changes nothing.
 void pixel_add(gtex dst, std::int32_t index, std::int32_t red, std::int32_t green, std::int32_t blue);
 
 // One pixel: saturating add of all four bytes of `colour`. An index outside the surface changes nothing.

@@ -29,8 +29,9 @@ MORVANE_KERNEL void average_keyed_words(word* dst, const word* src, std::size_t 
     }
 }
 
-word channel(std::int32_t value) {
-    return static_cast<word>(std::clamp(value, 0, 255));
+// The low byte of `channel` plus `value`, limited to a byte.
+word added(word channel, std::int32_t value) {
+    return static_cast<word>(std::clamp<std::int64_t>(std::int64_t{channel & 255} + value, 0, 255));
 }
 
 } // namespace
@@ -45,8 +46,8 @@ void gtex_average_keyed(gtex dst, gtex src) {
 
 void pixel_add(gtex dst, std::int32_t index, std::int32_t red, std::int32_t green, std::int32_t blue) {
     if (index < 0 || index >= dst.count) return;
-    const word value = channel(red) << 16 | channel(green) << 8 | channel(blue);
-    dst.pixels[index] = add_bytes_saturating(dst.pixels[index] & colours, value);
+    word& pixel = dst.pixels[index];
+    pixel = added(pixel >> 16, red) << 16 | added(pixel >> 8, green) << 8 | added(pixel, blue);
 }
 
 void pixel_add_packed(gtex dst, std::int32_t index, std::uint32_t colour) {

@@ -228,10 +228,20 @@ TEST(blend, single_pixels) {
     frame_tables_init();
     guarded_surface dst(512, 3, 80);
     std::vector<word> expected = dst.copy();
+    dst[0] = expected[0] = 0x64646464; // 100 in each byte
+    constexpr std::int32_t values[] = {-20, 200, -101, INT32_MAX, 0, INT32_MIN, 155, -100};
+    for (std::int32_t i = 0; i < 8; ++i) {
+        const std::int32_t v[] = {values[(i + 2) % 8], values[(i + 1) % 8], values[i]}; // blue, green, red
+        word& e = expected[static_cast<std::size_t>(i)];
+        std::int64_t sums[3];
+        for (int k = 0; k < 3; ++k)
+            sums[k] =
+                std::max<std::int64_t>(0, std::min<std::int64_t>(std::int64_t{byte_of(e, k)} + v[k], 255));
+        e = static_cast<word>(sums[2] << 16 | sums[1] << 8 | sums[0]);
+        pixel_add(dst, i, v[2], v[1], v[0]);
+    }
+    EXPECT_EQ(dst[0], 0x0050ff00U); // 100 and -20 give 80
     const auto add = [](int a, int b) { return saturated(a + b); };
-    expected[7] = word_of(0, add(byte_of(expected[7], 2), 200), add(byte_of(expected[7], 1), 0),
-                          add(byte_of(expected[7], 0), 255));
-    pixel_add(dst, 7, 200, -5, 999);
     for (const int index : {9, 2 * 512 + 30}) {
         word& e = expected[static_cast<std::size_t>(index)];
         e = word_of(add(byte_of(e, 3), 0x80), add(byte_of(e, 2), 0x70), add(byte_of(e, 1), 0x60),
