@@ -10,7 +10,7 @@ namespace {
 constexpr double half_turns = 0.15915494; // 1 / (2 pi)
 
 // The keys around frame `t` of a track that is interpolated by cosine, and where `t` lies between them.
-// Before the track has a second key, and behind the last one, both are the key that holds.
+// In a track of one key, and behind the last one, both are the key that holds.
 template<typename Key>
 struct key_pair {
     const Key *from, *to;
@@ -26,11 +26,17 @@ key_pair<Key> keys_around(std::span<const Key> keys, float t) {
     return {&from, &to, segment_position(from, to, t)};
 }
 
+// The value there. A key that holds gives its own, infinities included: no interpolation.
+template<typename Key>
+double value_at(const key_pair<Key>& keys, float Key::*value) {
+    if (keys.from == keys.to) return double{keys.to->*value};
+    return cosine_lerp(keys.from->*value, keys.to->*value, keys.t);
+}
+
 // The value of a roll, field of view, hotspot or falloff track, on top of the parent's.
 float eval_angle(std::span<const angle_key> keys, float frame, float inherited) {
     if (keys.empty()) return inherited;
-    const auto [from, to, t] = keys_around(keys, frame);
-    return static_cast<float>(inherited + cosine_lerp(from->value, to->value, t));
+    return static_cast<float>(inherited + value_at(keys_around(keys, frame), &angle_key::value));
 }
 
 double eased(const auto& from, const auto& to, float t) {
@@ -106,10 +112,10 @@ void moscene::eval_color(mokey_node& node, float& r, float& g, float& b, const m
     node_color sum = parent != nullptr ? parent->current_color : node_color{};
     const auto keys = keys_in_use(std::as_const(node.color_keys), node.color_count);
     if (!keys.empty()) {
-        const auto [from, to, t] = keys_around(keys, frame);
-        sum.r = static_cast<float>(sum.r + cosine_lerp(from->r, to->r, t));
-        sum.g = static_cast<float>(sum.g + cosine_lerp(from->g, to->g, t));
-        sum.b = static_cast<float>(sum.b + cosine_lerp(from->b, to->b, t));
+        const key_pair<color_key> around = keys_around(keys, frame);
+        sum.r = static_cast<float>(sum.r + value_at(around, &color_key::r));
+        sum.g = static_cast<float>(sum.g + value_at(around, &color_key::g));
+        sum.b = static_cast<float>(sum.b + value_at(around, &color_key::b));
     }
     node.current_color = sum;
     r = sum.r;

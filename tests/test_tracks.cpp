@@ -213,17 +213,10 @@ TEST(position_track, agrees_with_a_plain_evaluator) {
         }
 }
 
-TEST(position_track, before_and_behind_and_without_keys) {
+TEST(position_track, before_and_behind_its_keys) {
     mokey_node two = position_node({{10, 0}, {20, 10}});
     EXPECT_EQ(position_at(two, 5), -5); // goes on unclamped: straight here
     EXPECT_EQ(position_at(two, 1e9F), 10);
-    mokey_node one = position_node({{10, 3}});
-    for (const float t : {-100.0F, 10.0F, 100.0F})
-        EXPECT_EQ(position_at(one, t), 3);
-    mokey_node none(node_object);
-    EXPECT_EQ(position_at(none, 5), 0);
-    none.alloc_keys(4, track_position); // allocated, none added
-    EXPECT_EQ(position_at(none, 5), 0);
 }
 
 TEST(position_track, keys_on_one_frame_and_out_of_order_stay_numbers) {
@@ -258,53 +251,68 @@ TEST(angle_track, waves_between_neighbours_and_holds_the_last) {
     EXPECT_EQ(fov_at(node, 40), 10);
     EXPECT_EQ(fov_at(node, 41), 10);
     EXPECT_NEAR(fov_at(node, 5), fov_at(node, 15), 1e-5); // even around the first key
-    mokey_node one = fov_node({{7, 33}});
-    EXPECT_EQ(fov_at(one, 0), 33);
-    EXPECT_EQ(fov_at(one, 100), 33);
-    mokey_node none = fov_node({});
-    EXPECT_EQ(fov_at(none, 3), 0);
     mokey_node pair = fov_node({{10, 1}, {10, 2}});
     EXPECT_EQ(fov_at(pair, 10), 2);
     mokey_node falling = fov_node({{30, 1}, {20, 2}, {10, 3}});
     for (const float t : {0.0F, 15.0F, 25.0F, 100.0F})
         EXPECT_TRUE(std::isfinite(fov_at(falling, t)));
+
+    mokey_node light(node_light);
+    light.alloc_keys(2, track_color);
+    light.add_key_color(0, 0, 1, 2, 0, 0, 0, 0, 0);
+    light.add_key_color(10, 1, 3, 2, 0, 0, 0, 0, 0);
+    moscene scene;
+    scene.frame = 2.5F;
+    float r = 0, g = 0, b = 0;
+    scene.eval_color(light, r, g, b, nullptr);
+    EXPECT_NEAR(r, 0.14645, 1e-5);
+    EXPECT_NEAR(g, 1 + 2 * 0.14645, 2e-5);
+    EXPECT_EQ(b, 2);
 }
 
-TEST(angle_track, every_field_adds_up_along_the_tree) {
-    mokey_node parent(node_camera), child(node_camera);
-    parent.current_fov = 10;
-    parent.current_roll = 20;
-    parent.current_hotspot = 30;
-    parent.current_falloff = 40;
-    parent.current_color = {0.5F, 0.25F, 1};
-    moscene scene;
-    float value = 0, r = 0, g = 0, b = 0;
-    scene.eval_fov(child, value, &parent);
-    EXPECT_EQ(child.current_fov, 10); // no keys: the parent's
-    for (const std::int32_t track : {track_fov, track_roll, track_hotspot, track_falloff, track_color})
-        child.alloc_keys(2, track);
-    child.add_key_fov(0, 30, 0, 0, 0, 0, 0);
-    child.add_key_roll(0, 31, 0, 0, 0, 0, 0);
-    child.add_key_hotspot(0, 32, 0, 0, 0, 0, 0);
-    child.add_key_falloff(0, 33, 0, 0, 0, 0, 0);
-    child.add_key_color(0, 0, 1, 2, 0, 0, 0, 0, 0);
-    scene.eval_fov(child, value, &parent);
-    EXPECT_EQ(value, 40);
-    scene.eval_roll(child, value, &parent);
-    EXPECT_EQ(value, 51);
-    EXPECT_EQ(child.current_roll, 51);
-    scene.eval_hotspot(child, value, &parent);
-    EXPECT_EQ(child.current_hotspot, 62);
-    scene.eval_falloff(child, value, &parent);
-    EXPECT_EQ(child.current_falloff, 73);
-
-    child.add_key_color(10, 1, 3, 2, 0, 0, 0, 0, 0);
-    scene.frame = 5;
-    scene.eval_color(child, r, g, b, &parent);
-    EXPECT_NEAR(r, 1, 1e-6);
-    EXPECT_NEAR(g, 2.25, 1e-6);
-    EXPECT_EQ(b, 3);
-    EXPECT_EQ(child.current_color.g, g);
+// Before the only key and behind the last one: no interpolation, which makes no number of infinities.
+TEST(tracks, a_key_that_holds_gives_its_value_on_top_of_the_parents) {
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    for (const auto& [count, frame] : {std::pair{0, 21.0F}, {1, -5.0F}, {1, 21.0F}, {2, 21.0F}, {3, 21.0F}})
+        for (const float last : {31.3F, infinity, -infinity}) {
+            mokey_node parent(node_camera), child(node_camera);
+            parent.current_pos = {1, 2, 3};
+            parent.current_fov = 10;
+            parent.current_roll = 20;
+            parent.current_hotspot = 30;
+            parent.current_falloff = 40;
+            parent.current_color = {0.5F, 0.25F, 1};
+            for (std::int32_t track = track_position; track <= track_falloff; ++track)
+                child.alloc_keys(count + 1, track);
+            for (int i = 0; i < count; ++i) {
+                const auto place = static_cast<std::uint16_t>(10 * i);
+                const float value = i + 1 < count ? 7 : last;
+                child.add_key_pos(place, value, value, value, 0, 0, 0, 0, 0);
+                child.add_key_fov(place, value, 0, 0, 0, 0, 0);
+                child.add_key_roll(place, value, 0, 0, 0, 0, 0);
+                child.add_key_hotspot(place, value, 0, 0, 0, 0, 0);
+                child.add_key_falloff(place, value, 0, 0, 0, 0, 0);
+                child.add_key_color(place, value, 2 * value, -value, 0, 0, 0, 0, 0);
+            }
+            moscene scene;
+            scene.frame = frame;
+            const float own = count > 0 ? last : 0;
+            vector3d place;
+            float fov = 0, roll = 0, hotspot = 0, falloff = 0, r = 0, g = 0, b = 0;
+            scene.eval_pos(child, place, &parent);
+            scene.eval_fov(child, fov, &parent);
+            scene.eval_roll(child, roll, &parent);
+            scene.eval_hotspot(child, hotspot, &parent);
+            scene.eval_falloff(child, falloff, &parent);
+            scene.eval_color(child, r, g, b, &parent);
+            EXPECT_EQ((std::array{place.x, place.y, place.z, fov, roll, hotspot, falloff, r, g, b}),
+                      (std::array{1 + own, 2 + own, 3 + own, 10 + own, 20 + own, 30 + own, 40 + own,
+                                  0.5F + own, 0.25F + 2 * own, 1 - own}))
+                << count << " keys at " << frame;
+            EXPECT_EQ((std::array{child.current_fov, child.current_roll, child.current_hotspot,
+                                  child.current_falloff, child.current_color.g}),
+                      (std::array{fov, roll, hotspot, falloff, g}));
+        }
 }
 
 TEST(keys, stay_within_their_allocation) {
