@@ -119,3 +119,18 @@ TEST(loader_bytes, a_record_cut_by_the_end_changes_nothing) {
     const chunk ambient = chunk(0x2100).add(colour_floats(1, 1, 1));
     EXPECT_EQ(loaded_without_its_last_bytes(chunk(0x3d3d).add(ambient))->scene.ambient_r, 0);
 }
+
+TEST(loader_bytes, a_pivot_cut_by_the_end_keeps_the_parts_that_it_lacks) {
+    const scene_bytes whole = scene_file({}, {chunk(0xb002)
+                                                  .add(node_header("B"))
+                                                  .add(chunk(0xb013).f32({1, 2, 3}))
+                                                  .add(chunk(0xb013).f32({4, 5, 6}))});
+    for (std::size_t cut = 0; cut <= 12; ++cut) {
+        const loaded_pointer loaded = load_both_ways(std::span(whole).first(whole.size() - cut));
+        const auto part = [&](std::size_t k) {
+            return static_cast<float>((4 * (k + 1) + cut <= 12 ? 4 : 1) + k);
+        };
+        const vector3d& pivot = loaded->scene.first_node->pivot;
+        EXPECT_EQ((std::array{pivot.x, pivot.z, pivot.y}), (std::array{part(0), part(1), part(2)})) << cut;
+    }
+}

@@ -87,8 +87,11 @@ void build_dummy(sceneloader_3ds& in) {
 }
 
 void build_pivot(sceneloader_3ds& in) {
-    const vector3d place = in.read_vector();
+    mokey_node* const node = in.scene->current_node;
+    vector3d place = node != nullptr ? swap_yz(node->pivot) : vector3d{};
+    for (float* part : {&place.x, &place.y, &place.z})
+        in.read_float_over(*part); // the end of the data leaves the rest of the pivot as it was
     in.log_text(log_debug, "Pivot => (%f, %f, %f)", place.x, place.y, place.z);
     const vector3d pivot = swap_yz(place);
-    if (in.scene->current_node != nullptr) in.scene->current_node->set_pivot(pivot.x, pivot.y, pivot.z);
+    if (node != nullptr) node->set_pivot(pivot.x, pivot.y, pivot.z);
 }

@@ -144,6 +144,11 @@ float sceneloader_3ds::read_float() {
     return std::bit_cast<float>(read_u32());
 }
 
+void sceneloader_3ds::read_float_over(float& value) {
+    std::array<std::uint8_t, 4> bytes{};
+    if (read_bytes(bytes)) value = little_float(bytes.data());
+}
+
 vector3d sceneloader_3ds::read_vector() {
     vector3d all; // one after the other: a list of arguments would leave the order open
     all.x = read_float();

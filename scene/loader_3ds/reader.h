@@ -78,6 +78,7 @@ class sceneloader_3ds : public sceneloader {
     std::uint32_t read_u32();
     float read_float();
     vector3d read_vector();
+    void read_float_over(float& value); // `value` stays where the data end before the float does
     // Into `name`, up to and including a NUL; the end of the data ends a name without one.
     void read_string();
     // False if the data don't hold the whole header.
