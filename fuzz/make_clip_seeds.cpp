@@ -66,5 +66,13 @@ int main(int count, char** words) {
         if (clip_files::write(scratch.path("clip.avi"), pictures, f))
             write_seed(folder, name, scratch.read("clip.avi"));
     }
+    for (const int bits : {1, 4, 8}) {
+        const std::vector<std::vector<std::uint8_t>> indices(frames,
+                                                             std::vector<std::uint8_t>(width * height, 1));
+        const std::array<clip_files::palette, 2> palettes = {
+            {{{9, 9, 9}, {200, 90, 7}}, {{7, 7, 7}, {8, 99, 8}}}};
+        clip_files::write_indexed(scratch.path("clip.avi"), width, bits, indices, palettes, 3);
+        write_seed(folder, "indices" + std::to_string(bits), scratch.read("clip.avi"));
+    }
     return 0;
 }

@@ -1,7 +1,9 @@
 #include "platform/avi_packets.h"
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 
 extern "C" {
@@ -14,6 +16,8 @@ namespace {
 
 constexpr std::int64_t least_chunk = 8; // bytes that a chunk takes in the file, be it empty
 constexpr std::size_t near_chunks = 16; // so many are read over rather than sought
+// A clip's palettes take four times the bytes of its file at most; what changes beyond is not followed.
+constexpr std::int64_t bytes_a_palette = 256;
 
 // The video stream number `which`, and no work for the others. Null if there is none.
 AVStream* pick_stream(AVFormatContext& container, std::int32_t which) {
@@ -86,6 +90,7 @@ int packet_reader::list_entries() {
     // An index may name the same bytes over and over: they are read so many times at most.
     constexpr std::int64_t repeats = 4;
     std::int64_t bytes_left = std::min(file_size, INT64_MAX / repeats) * repeats;
+    most_palettes_ = static_cast<std::size_t>(std::max<std::int64_t>(file_size, 0) / bytes_a_palette) + 1;
     bool stamped = false;
     while (std::ssize(entries_) < most && bytes_left > 0 &&
            av_read_frame(container_.get(), packet.get()) >= 0) {
@@ -98,6 +103,7 @@ int packet_reader::list_entries() {
                 const std::int64_t told = packet->dts - first_stamp_;
                 if (told > slot && told < most) slot = told;
             }
+            keep_palette(*packet);
             // An empty chunk repeats the frame before it.
             if (packet->size > 0) {
                 entries_.push_back({.position = packet->pos,
@@ -114,6 +120,33 @@ int packet_reader::list_entries() {
     return 0;
 }
 
+// The library hands a palette out once, with the first chunk behind it, whatever is read later.
+void packet_reader::keep_palette(const AVPacket& packet) {
+    std::size_t size = 0;
+    const std::uint8_t* colours = av_packet_get_side_data(&packet, AV_PKT_DATA_PALETTE, &size);
+    palette now{.first = entries_.size(), .colours = {}};
+    if (colours == nullptr || size != now.colours.size()) return;
+    std::memcpy(now.colours.data(), colours, size);
+    if (!palettes_.empty() && palettes_.back().first == now.first) palettes_.pop_back();
+    if (palettes_.size() < most_palettes_) palettes_.push_back(now);
+}
+
+bool packet_reader::give_palette(AVPacket& packet, std::size_t number) const {
+    const auto after = std::upper_bound(palettes_.begin(), palettes_.end(), number,
+                                        [](std::size_t n, const palette& p) { return n < p.first; });
+    if (after == palettes_.begin()) return true;
+    const auto& colours = std::prev(after)->colours;
+    std::size_t size = 0;
+    std::uint8_t* room = av_packet_get_side_data(&packet, AV_PKT_DATA_PALETTE, &size);
+    if (room == nullptr) {
+        size = colours.size();
+        room = av_packet_new_side_data(&packet, AV_PKT_DATA_PALETTE, size);
+    }
+    if (room == nullptr || size != colours.size()) return false;
+    std::memcpy(room, colours.data(), size);
+    return true;
+}
+
 // Without the file's index the library takes every chunk for a key frame, which is true of some codecs only.
 void packet_reader::trust_keys() {
     const AVCodecDescriptor* about = avcodec_descriptor_get(parameters().codec_id);
@@ -125,6 +158,10 @@ void packet_reader::trust_keys() {
 }
 
 bool packet_reader::read(AVPacket& packet, std::size_t number) {
+    return read_chunk(packet, number) && give_palette(packet, number);
+}
+
+bool packet_reader::read_chunk(AVPacket& packet, std::size_t number) {
     if (number >= entries_.size()) return false;
     const bool near = next_ <= number && number - next_ <= near_chunks;
     if (near ? skip_to(packet, number) : seek(packet, number)) return true;

@@ -1,6 +1,7 @@
 // The chunks of a clip's video stream, by number. Inside of platform/avifile.h.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -46,15 +47,25 @@ class packet_reader {
     const AVCodecParameters& parameters() const { return *parameters_; }
     frame_time time() const { return time_; }
 
-    // Reads chunk `number` into `packet`, whose old content goes. In the order of the file this is one read;
-    // else it seeks. False beyond the end of the list or if the file doesn't give it.
+    // Reads chunk `number` into `packet`, whose old content goes, and the palette in force with it, if the
+    // clip has one. In the order of the file this is one read; else it seeks. False beyond the end of the
+    // list or if the file doesn't give it.
     bool read(AVPacket& packet, std::size_t number);
 
   private:
+    // Colours of a clip with indices for pixels, as the library hands them to decoders.
+    struct palette {
+        std::size_t first; // number of the chunk from which on it holds
+        std::array<std::uint8_t, 1024> colours;
+    };
+
     int open_container();
     int keep_parameters();
     int list_entries();
     void trust_keys();
+    void keep_palette(const AVPacket& packet);
+    bool give_palette(AVPacket& packet, std::size_t number) const;
+    bool read_chunk(AVPacket& packet, std::size_t number);
     bool next_packet(AVPacket& packet);
     bool seek(AVPacket& packet, std::size_t number);
     bool skip_to(AVPacket& packet, std::size_t number);
@@ -66,6 +77,8 @@ class packet_reader {
     std::unique_ptr<AVCodecParameters, parameters_closer> parameters_; // as they were at first
     frame_time time_;
     std::vector<entry> entries_;
+    std::vector<palette> palettes_; // `first` rises
+    std::size_t most_palettes_ = 0;
     std::int32_t frame_count_ = 0;
     std::int64_t first_stamp_ = 0; // the library's time stamp of slot 0
     std::size_t next_ = 0;         // number of the chunk that comes next in the file

@@ -123,4 +123,52 @@ inline bool write(const std::string& path, const std::vector<picture>& pictures,
     return true;
 }
 
+using palette = std::vector<std::array<std::uint8_t, 3>>; // red, green, blue
+
+// An uncompressed clip of indices (a byte each, top row first) that takes `bits` for each pixel. From frame
+// `change` on the second palette holds.
+inline void write_indexed(const std::string& path, int width, int bits,
+                          const std::vector<std::vector<std::uint8_t>>& frames,
+                          const std::array<palette, 2>& palettes, std::size_t change) {
+    const auto columns = static_cast<std::size_t>(width);
+    const auto depth = static_cast<std::size_t>(bits);
+    const std::size_t rows = frames[0].size() / columns;
+    const std::size_t row_bytes = (columns * depth + 31) / 32 * 4;
+    AVFormatContext* file = nullptr;
+    avformat_alloc_output_context2(&file, nullptr, "avi", path.c_str());
+    AVStream* stream = avformat_new_stream(file, nullptr);
+    AVCodecParameters& form = *stream->codecpar;
+    form.codec_type = AVMEDIA_TYPE_VIDEO;
+    form.codec_id = AV_CODEC_ID_RAWVIDEO;
+    form.format = AV_PIX_FMT_PAL8;
+    form.bits_per_coded_sample = bits;
+    form.width = width;
+    form.height = static_cast<int>(rows);
+    stream->time_base = {1, 25};
+    avio_open(&file->pb, path.c_str(), AVIO_FLAG_WRITE);
+    bool fine = avformat_write_header(file, nullptr) >= 0;
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        AVPacket* packet = av_packet_alloc();
+        av_new_packet(packet, static_cast<int>(rows * row_bytes));
+        std::fill_n(packet->data, packet->size, std::uint8_t{0});
+        for (std::size_t at = 0; at < frames[i].size(); ++at) {
+            const std::size_t bit = at / columns * row_bytes * 8 + at % columns * depth;
+            packet->data[bit / 8] |= static_cast<std::uint8_t>(frames[i][at] << (8 - depth - bit % 8));
+        }
+        packet->dts = packet->pts = static_cast<std::int64_t>(i);
+        packet->flags = AV_PKT_FLAG_KEY;
+        std::uint8_t* colours = av_packet_new_side_data(packet, AV_PKT_DATA_PALETTE, AVPALETTE_SIZE);
+        std::fill_n(colours, AVPALETTE_SIZE, std::uint8_t{0});
+        for (const auto& [red, green, blue] : palettes[i < change ? 0 : 1]) {
+            const std::array<std::uint8_t, 4> word = {blue, green, red, 255};
+            colours = std::copy(word.begin(), word.end(), colours);
+        }
+        fine = fine && av_write_frame(file, packet) >= 0;
+        av_packet_free(&packet);
+    }
+    if (!fine || av_write_trailer(file) < 0) throw std::runtime_error("the test's clip can't be written");
+    avio_closep(&file->pb);
+    avformat_free_context(file);
+}
+
 } // namespace clip_files
