@@ -136,6 +136,8 @@ bool frame_reader::decode_next() {
             const bool known = sender >= 0 && sender < std::ssize(packets_->entries());
             next_.rank = rank_of(known ? static_cast<std::size_t>(sender) : position_ - (position_ > 0));
             if (next_.rank >= packets_->entries().size()) continue;
+            // Half a frame keeps its place and isn't shown.
+            if (known && packets_->entries()[static_cast<std::size_t>(sender)].cut) continue;
             next_.serial = ++last_serial_;
             next_.valid = true;
             return true;

@@ -109,15 +109,29 @@ int packet_reader::list_entries() {
                 entries_.push_back({.position = packet->pos,
                                     .size = packet->size,
                                     .slot = static_cast<std::int32_t>(slot),
-                                    .key = (packet->flags & AV_PKT_FLAG_KEY) != 0});
+                                    .key = (packet->flags & AV_PKT_FLAG_KEY) != 0,
+                                    .cut = (packet->flags & AV_PKT_FLAG_CORRUPT) != 0});
             }
             if (!entries_.empty()) frame_count_ = static_cast<std::int32_t>(slot) + 1;
         }
         av_packet_unref(packet.get());
     }
     next_ = entries_.size();
+    if (!entries_.empty() && frame_count_ < most)
+        frame_count_ += static_cast<std::int32_t>(std::min(indexed_beyond(file_size), most - frame_count_));
     trust_keys();
     return 0;
+}
+
+// Frames behind those that were read of which the index tells, though the file ends before them.
+std::int64_t packet_reader::indexed_beyond(std::int64_t file_size) const {
+    std::int64_t count = 0;
+    for (int i = avformat_index_get_entries_count(stream_); i-- > 0;) {
+        const AVIndexEntry* told = avformat_index_get_entry(stream_, i);
+        if (told == nullptr || told->timestamp - first_stamp_ < frame_count_) break;
+        if (told->pos >= file_size - least_chunk) ++count;
+    }
+    return count;
 }
 
 // The library hands a palette out once, with the first chunk behind it, whatever is read later.

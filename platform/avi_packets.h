@@ -36,6 +36,7 @@ class packet_reader {
         std::int32_t size;
         std::int32_t slot; // number of the frame that it is shown as; rises from entry to entry
         bool key;          // decoding can start here
+        bool cut;          // the file ends before it does
     };
 
     // Opens stream `which` of the videos in the file and lists its chunks. 0, or the library's error, which
@@ -65,6 +66,7 @@ class packet_reader {
     void trust_keys();
     void keep_palette(const AVPacket& packet);
     bool give_palette(AVPacket& packet, std::size_t number) const;
+    std::int64_t indexed_beyond(std::int64_t file_size) const;
     bool read_chunk(AVPacket& packet, std::size_t number);
     bool next_packet(AVPacket& packet);
     bool seek(AVPacket& packet, std::size_t number);

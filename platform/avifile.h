@@ -4,8 +4,8 @@
 // again it costs nothing, the next one costs one decode, an earlier one a seek to a key frame and the decodes
 // from there. The calls are harmless on null handles. All of them come from one thread.
 //
-// Any bytes may be opened. What a file claims is held to what it has: frames are counted by their chunks, not
-// by the header, and limits keep memory below a gigabyte and a call below some seconds.
+// Any bytes may be opened. What a file claims is held to what it has: frames are counted by their chunks and
+// the index, not by the header, and limits keep memory below a gigabyte and a call below some seconds.
 #pragma once
 
 #include <cstdint>
@@ -95,9 +95,10 @@ std::int32_t AVIStreamSampleToTime(avi::stream* stream, std::int32_t sample);
 avi::get_frame* AVIStreamGetFrameOpen(avi::stream* stream, const avi::bitmap_header* wanted);
 
 // Frame `position` as a packed bitmap of the stream's size, valid until the next call on the access. A frame
-// that the file leaves out or that is damaged shows the one before it. Null for a position outside the
-// stream, and as long as no frame could be decoded. One call decodes a limited number of frames (14,000 of
-// 512 x 288); what lies further shows the last of them, and the next call goes on from there.
+// that the file leaves out, ends in or before, or that is damaged shows the one before it. Null for a
+// position outside the stream, and as long as no frame could be decoded. One call decodes a limited number of
+// frames (14,000 of 512 x 288); what lies further shows the last of them, and the next call goes on from
+// there.
 const avi::bitmap_header* AVIStreamGetFrame(avi::get_frame* access, std::int32_t position);
 
 std::int32_t AVIStreamGetFrameClose(avi::get_frame* access);

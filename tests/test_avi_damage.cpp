@@ -114,23 +114,63 @@ void read_somewhere(const std::string& path) {
     }
 }
 
-TEST(damaged_clips, truncated_clips_play_as_far_as_they_go) {
+// The file ends in the middle of chunk 12 of a clip, which is shown as frame 12, or where frames are coded
+// from both sides as frame 11.
+TEST(damaged_clips, a_frame_cut_in_the_middle_shows_the_one_before) {
     const temp_folder folder;
+    const std::string path = folder.path("clip.avi");
     for (const clip_files::form& form :
-         {clip_files::form{.codec = AV_CODEC_ID_MPEG4, .pixels = AV_PIX_FMT_YUV420P, .between = 2},
-          clip_files::form{.codec = AV_CODEC_ID_MJPEG, .pixels = AV_PIX_FMT_YUVJ444P}}) {
-        const std::string path = folder.path("clip.avi");
+         {clip_files::form{.codec = AV_CODEC_ID_MJPEG, .pixels = AV_PIX_FMT_YUVJ444P},
+          clip_files::form{.codec = AV_CODEC_ID_MSMPEG4V3, .pixels = AV_PIX_FMT_YUV420P, .key_every = 9},
+          clip_files::form{
+              .codec = AV_CODEC_ID_MPEG4, .pixels = AV_PIX_FMT_YUV420P, .key_every = 300, .between = 2}}) {
+        SCOPED_TRACE(avcodec_get_name(form.codec));
         ASSERT_TRUE(clip_files::write(path, numbered_pictures(64, 48, 20), form));
+        std::vector<bytes> shown;
+        for (int i = 0; i < 13; ++i)
+            shown.push_back(open_clip(path).pixels(i));
+        const std::size_t cut = form.between == 0 ? 12 : 11;
+        shown[cut] = shown[cut - 1];
         const bytes whole = folder.read("clip.avi");
+        const auto chunks = picture_chunks(whole);
+        folder.write("clip.avi", std::span(whole).first((chunks[12] + chunks[13]) / 2));
+        const open_clip clip(path);
+        ASSERT_EQ(clip.length(), 13);
+        for (const int number : jumps(13))
+            ASSERT_EQ(clip.pixels(number), shown[static_cast<std::size_t>(number)]) << number;
+        EXPECT_EQ(open_clip(path).pixels(12), shown[12]);
+        folder.write("clip.avi", std::span(whole).first(chunks[12] - 8)); // between two frames
+        EXPECT_EQ(open_clip(path).length(), 12);
         for (std::size_t length = 0; length < whole.size(); length += 1 + length / 6) {
             folder.write("clip.avi", std::span(whole).first(length));
             read_somewhere(path);
         }
-        const auto chunks = picture_chunks(whole);
-        folder.write("clip.avi", std::span(whole).first(chunks[10] - 8));
+    }
+}
+
+// An index in front of the frames, in the room that the writer left for one, tells of all of them.
+TEST(damaged_clips, a_clip_cut_behind_its_index_keeps_its_length) {
+    const temp_folder folder;
+    const std::string path = folder.path("clip.avi");
+    ASSERT_TRUE(clip_files::write(path, numbered_pictures(64, 48, 9),
+                                  {.codec = AV_CODEC_ID_PNG, .pixels = AV_PIX_FMT_RGB24}));
+    bytes whole = folder.read("clip.avi");
+    const auto chunks = picture_chunks(whole);
+    std::vector<std::size_t> index = {0x01000002, 9, 0x63643030, 0, 0, 0}; // of chunks "00dc"
+    for (const std::size_t chunk : chunks)
+        index.insert(index.end(), {chunk, whole[chunk - 4] | std::size_t{whole[chunk - 3]} << 8});
+    auto place = std::search(whole.begin(), whole.end(), "JUNK", "JUNK" + 4);
+    std::copy_n("indx", 4, place);
+    place += 8;
+    for (const std::size_t word : index)
+        for (int k = 0; k < 32; k += 8)
+            *place++ = static_cast<std::uint8_t>(word >> k);
+    for (const std::size_t end : {chunks[5] + 9, chunks[5], chunks[5] - 3, chunks[5] - 8}) {
+        folder.write("clip.avi", std::span(whole).first(end));
         const open_clip clip(path);
-        EXPECT_EQ(clip.length(), 10);
-        EXPECT_EQ(number_in(clip.pixels(7)), 7);
+        ASSERT_EQ(clip.length(), 9);
+        for (const int number : jumps(9))
+            ASSERT_EQ(number_in(clip.pixels(number)), std::min(number, 4)) << number;
     }
 }
 
