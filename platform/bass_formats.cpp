@@ -50,8 +50,9 @@ bool is_old_mod(byte_span bytes) {
 }
 
 bool is_module(byte_span bytes) {
+    const bool tagged = has(bytes, 0, "ID3") || has(bytes, 0, "APETAGEX"); // and so no title of an old MOD
     return has(bytes, 0, "Extended Module: ") || has(bytes, 44, "SCRM") || has(bytes, 0, "IMPM") ||
-           is_named_mod(bytes) || is_old_mod(bytes);
+           is_named_mod(bytes) || (!tagged && is_old_mod(bytes));
 }
 
 // The length in bytes of the MPEG audio layer 3 frame whose header stands at `offset`; 0 if none does.
@@ -73,36 +74,81 @@ std::size_t mp3_frame_length(byte_span bytes, std::size_t offset) {
     return (version == 3 ? 144U : 72U) * bit_rate / rate + padding;
 }
 
-// The bytes of the tag in front of the frames: its size is four groups of 7 bits, without its own header.
+// Whether two frame headers can stand in one stream: the same version, layer, sampling rate, and number of
+// channels.
+bool agree(byte_span bytes, std::size_t one, std::size_t other) {
+    const auto is_mono = [&](std::size_t header) { return bytes[header + 3] >> 6 == 3; };
+    return ((bytes[one + 1] ^ bytes[other + 1]) & 0x1e) == 0 &&
+           ((bytes[one + 2] ^ bytes[other + 2]) & 0x0c) == 0 && is_mono(one) == is_mono(other);
+}
+
+// How many headers that agree stand in a row from `offset` on, three at most; 0 for one without another. A
+// row of two or more that is ended by the file counts as three, a lone frame right before the end or a tag as
+// one.
+int frames_in_row(byte_span bytes, std::size_t offset) {
+    std::size_t header = offset;
+    for (int count = 0; count < 3; count++) {
+        const std::size_t length = mp3_frame_length(bytes, header);
+        if (length == 0 || !agree(bytes, offset, header)) return count < 2 ? 0 : count;
+        if (length > bytes.size() - header) return count == 0 ? 0 : 3;
+        header += length;
+        const bool ends =
+            header == bytes.size() || has(bytes, header, "TAG") || has(bytes, header, "APETAGEX");
+        if (ends) return count == 0 ? 1 : 3;
+    }
+    return 3;
+}
+
+// The length in bytes of an ID3v2 tag at the start of `bytes`; 0 if there is none. Its size is four groups of
+// 7 bits, without its own header.
 std::size_t id3_length(byte_span bytes) {
     if (bytes.size() < 10 || !has(bytes, 0, "ID3")) return 0;
     std::size_t size = 0;
     for (const std::uint8_t group : bytes.subspan(6, 4))
         size = size << 7 | (group & 0x7fU);
     const std::size_t footer = (bytes[5] & 0x10) != 0 ? 10 : 0;
-    return std::min(10 + size + footer, bytes.size());
+    return 10 + size + footer;
 }
 
-bool is_mp3(byte_span bytes) {
-    constexpr std::size_t patience = 1024; // bytes between the tag and the first frame
-    const std::size_t start = id3_length(bytes);
-    const std::size_t end = std::min(bytes.size(), start + patience);
-    for (std::size_t offset = start; offset < end; offset++) {
-        const std::size_t length = mp3_frame_length(bytes, offset);
-        if (length == 0 || length > bytes.size() - offset) continue;
-        const std::size_t next = offset + length;
-        if (next == bytes.size() || mp3_frame_length(bytes, next) != 0 || has(bytes, next, "TAG"))
-            return true;
+// The same for an APE tag. Its size is a little-endian word, without the header.
+std::size_t ape_length(byte_span bytes) {
+    if (bytes.size() < 32 || !has(bytes, 0, "APETAGEX")) return 0;
+    std::size_t size = 0;
+    for (std::size_t i = 4; i-- > 0;)
+        size = size << 8 | bytes[12 + i];
+    return 32 + size;
+}
+
+// The bytes in front of what may be frames: tags of either kind, as many as there are, and zeros between and
+// behind them. A tag that claims more than the file holds counts as no tag.
+std::size_t skipped_bytes(byte_span bytes) {
+    std::size_t start = 0;
+    for (;;) {
+        while (start < bytes.size() && bytes[start] == 0)
+            start++;
+        const byte_span rest = bytes.subspan(start);
+        const std::size_t length = std::max(id3_length(rest), ape_length(rest));
+        if (length == 0 || length > rest.size()) return start;
+        start += length;
     }
-    return false;
 }
 
 } // namespace
 
+std::size_t mp3_start(byte_span bytes) {
+    constexpr std::size_t patience = 65536, near = 1024;
+    const byte_span rest = bytes.subspan(skipped_bytes(bytes));
+    for (std::size_t offset = 0; offset < std::min(rest.size(), patience); offset++) {
+        const int enough = offset == 0 ? 1 : offset < near ? 2 : 3; // chance has more tries further off
+        if (frames_in_row(rest, offset) >= enough) return bytes.size() - rest.size() + offset;
+    }
+    return bytes.size();
+}
+
 sound_format format_of(byte_span bytes) {
     if (has(bytes, 0, "OggS")) return sound_format::ogg;
     if (is_module(bytes)) return sound_format::module;
-    if (is_mp3(bytes)) return sound_format::mp3;
+    if (mp3_start(bytes) < bytes.size()) return sound_format::mp3;
     return sound_format::none;
 }
 

@@ -169,7 +169,9 @@ Mix_MusicType decoder_of(sound_format format) {
 }
 
 std::uint32_t add_track(std::vector<std::uint8_t> bytes, sound_format format, std::uint32_t flags) {
-    SDL_RWops* reader = SDL_RWFromConstMem(bytes.data(), static_cast<int>(bytes.size()));
+    // The decoder of MP3 gets the frames alone: it gives up on some of what may stand in front of them.
+    const auto sound = std::span(bytes).subspan(format == sound_format::mp3 ? mp3_start(bytes) : 0);
+    SDL_RWops* reader = SDL_RWFromConstMem(sound.data(), static_cast<int>(sound.size()));
     Mix_Music* music = Mix_LoadMUSType_RW(reader, decoder_of(format), SDL_TRUE);
     if (music == nullptr) return 0;
     device.tracks.push_back({.handle = next_number(device.last_handle),

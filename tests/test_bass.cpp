@@ -108,6 +108,13 @@ std::vector<float> tone(std::size_t loud, std::size_t quiet) {
     return samples;
 }
 
+bytes noise(std::size_t size) {
+    std::mt19937 random(1);
+    bytes all(size);
+    std::ranges::generate(all, [&] { return static_cast<std::uint8_t>(random()); });
+    return all;
+}
+
 struct track_file {
     const char* name;
     bytes content;
@@ -323,11 +330,6 @@ TEST_F(bass_test, without_a_device_there_is_one_line_and_silence) {
 
 TEST_F(bass_test, bad_files_are_refused_or_play_what_there_is) {
     std::mt19937 random(1);
-    const auto noise = [&](std::size_t size) {
-        bytes all(size);
-        std::ranges::generate(all, [&] { return static_cast<std::uint8_t>(random()); });
-        return all;
-    };
     music player;
     ASSERT_EQ(player.init(), 1);
     for (const track_file& good : all_kinds()) {
@@ -355,26 +357,50 @@ TEST_F(bass_test, bad_files_are_refused_or_play_what_there_is) {
     EXPECT_EQ(player.load(folder.path("folder.ogg").c_str()), 0);
 }
 
-TEST(bass_formats, are_told_by_content) {
+TEST_F(bass_test, formats_are_told_by_content) {
     using enum bass::sound_format;
-    const std::vector<float> samples = tone(4410, 0);
-    const bytes stream = stream_files::mp3(samples);
-    const bytes tag{'I', 'D', '3', 4, 0, 0, 0, 0, 1, 2};
-    bytes tagged(140 + stream.size(), 0xff); // the tag's 130 bytes look like the start of frames
-    std::ranges::copy(tag, tagged.begin());
-    std::ranges::copy(stream, tagged.begin() + 140);
+    const auto joined = [](std::initializer_list<bytes> parts) {
+        bytes whole;
+        for (const bytes& part : parts)
+            whole.insert(whole.end(), part.begin(), part.end());
+        return whole;
+    };
+    const bytes stream = stream_files::mp3(tone(4410, 0));
+    bytes id3{'I', 'D', '3', 4, 0, 0, 0, 0, 10, 2}; // 1282 bytes that look like the start of frames
+    id3.resize(10 + 1282, 0xff);
+    bytes ape{'A', 'P', 'E', 'T', 'A', 'G', 'E', 'X', 0xd0, 7, 0, 0, 0, 0, 1, 0}; // 64 KiB
+    ape.resize(32 + 65536, 0xfb);
+    const bytes first(stream.begin(), stream.begin() + 417); // a frame of 128 kbit/s
+    bytes other = first;
+    other[2] ^= 4; // 48000 Hz
 
-    EXPECT_EQ(bass::format_of(module_files::mod()), module);
-    EXPECT_EQ(bass::format_of(module_files::mod(15)), module);
-    EXPECT_EQ(bass::format_of(module_files::s3m()), module);
-    EXPECT_EQ(bass::format_of(module_files::xm()), module);
-    EXPECT_EQ(bass::format_of(module_files::it()), module);
-    EXPECT_EQ(bass::format_of(stream), mp3);
-    EXPECT_EQ(bass::format_of(tagged), mp3);
-    EXPECT_EQ(bass::format_of(stream_files::ogg(samples)), ogg);
-    EXPECT_EQ(bass::format_of({}), none);
-    for (std::size_t size = 1; size < 200; size++) { // inside the bounds, whatever the length
-        bass::format_of(bytes(size, 0xff));
-        bass::format_of(bytes(tagged.begin(), tagged.begin() + static_cast<std::ptrdiff_t>(size)));
+    const track_file fronts[] = {{"nothing", {}},
+                                 {"a tag", id3},
+                                 {"two tags", joined({id3, id3})},
+                                 {"an APE tag", ape},
+                                 {"both, with zeros", joined({ape, bytes(5000), id3, bytes(200000)})},
+                                 {"other bytes", noise(6000)},
+                                 {"a tag longer than the file", {'I', 'D', '3', 3, 0, 0, 99, 99, 99, 99}},
+                                 {"a frame of another stream", joined({other, noise(1000)})}};
+    ASSERT_EQ(BASS_Init(-1, 44100, 16, nullptr), 1U);
+    for (const auto& [name, front] : fronts) {
+        const bytes whole = joined({front, stream});
+        EXPECT_EQ(bass::format_of(whole), mp3) << name;
+        EXPECT_EQ(bass::mp3_start(whole), front.size()) << name;
+        const auto length = static_cast<std::uint32_t>(whole.size());
+        const std::uint32_t handle = BASS_StreamCreateFile(true, whole.data(), 0, length, 0);
+        EXPECT_EQ(BASS_StreamPlay(handle, true, 0), 1U) << name;
     }
+    EXPECT_EQ(bass::format_of(joined({id3, first})), mp3); // one frame only
+    for (const bytes& no_sound : {joined({first, other, noise(100)}), joined({first, noise(1000)}), id3, ape,
+                                  noise(1000000), bytes(100000, 0xff), bytes(100000), bytes{}})
+        EXPECT_EQ(bass::format_of(no_sound), none) << no_sound.size();
+
+    for (const bytes& file_of_module : {module_files::mod(), module_files::mod(15), module_files::s3m(),
+                                        module_files::xm(), module_files::it()})
+        EXPECT_EQ(bass::format_of(file_of_module), module);
+    EXPECT_EQ(bass::format_of(stream_files::ogg(tone(4410, 0))), ogg);
+    const bytes tagged = joined({id3, ape, stream});
+    for (std::size_t size = 1; size < 3000; size++) // inside the bounds, whatever the length
+        bass::format_of(bytes(tagged.begin(), tagged.begin() + static_cast<std::ptrdiff_t>(size)));
 }

@@ -141,31 +141,25 @@ TEST_F(music_test, init_asks_for_the_version_then_opens_and_starts_the_device) {
               title + "Can't initialize device\n" + title + "BASS version 1.5 was not loaded\n");
 }
 
-TEST_F(music_test, the_four_module_kinds_in_any_case) {
-    for (const char* path : {"data/a.MOD", "a.mod", "a.S3M", "a.s3m", "x.y/a.XM", "a.b.xM", "a.IT", "a.it"}) {
-        record.called.clear();
-        music player;
-        EXPECT_EQ(player.load(path), 1);
+TEST_F(music_test, the_six_kinds_in_any_case) {
+    music player; // free, and then the next one
+    for (const std::string path :
+         {"data/a.MOD", "a.mod", "a.S3M", "a.s3m", "x.y/a.XM", "a.b.xM", "a.IT", "a.it"}) {
+        EXPECT_EQ(player.load(path.c_str()), 1);
         EXPECT_EQ(player.handle, 77U);
         EXPECT_EQ(player.kind, 0);
         EXPECT_TRUE(player.recognised);
-        EXPECT_EQ(player.extension, path + std::string_view(path).rfind('.') + 1);
+        EXPECT_EQ(player.extension, path.c_str() + path.rfind('.') + 1);
         EXPECT_EQ(player.play(), 1);
-        EXPECT_EQ(taken(), (calls{"MusicLoad(0, " + std::string(path) + ", 0, 0, 5)", "MusicPlay(77)"}));
         player.free();
-        EXPECT_EQ(taken(), calls{"Free()"});
+        EXPECT_EQ(taken(), (calls{"MusicLoad(0, " + path + ", 0, 0, 5)", "MusicPlay(77)", "Free()"}));
     }
-    EXPECT_EQ(printed.err(), "");
-}
-
-TEST_F(music_test, the_two_stream_kinds_in_any_case) {
-    for (const char* path : {"data/music/Ashwing1.mp3", "TRACK.Mp3", "data/music/a_test2.ogg", "../a.OGG"}) {
-        record.called.clear();
-        music player;
-        EXPECT_EQ(player.load(path), 1);
+    for (const std::string path :
+         {"data/music/Ashwing1.mp3", "TRACK.Mp3", "data/music/a_test2.ogg", "../a.OGG"}) {
+        EXPECT_EQ(player.load(path.c_str()), 1);
         EXPECT_EQ(player.kind, 1);
         EXPECT_EQ(player.play(), 1);
-        EXPECT_EQ(taken(), (calls{"StreamCreateFile(0, " + std::string(path) + ", 0, 0, 0)",
+        EXPECT_EQ(taken(), (calls{"StreamCreateFile(0, " + path + ", 0, 0, 0)",
                                   "ChannelSetSync(77, 2, 0, 1, 1)", "StreamPlay(77, 0, 4)"}));
     }
     EXPECT_EQ(printed.err(), "");
@@ -219,25 +213,6 @@ TEST_F(music_test, a_refused_file_is_silent_and_leaves_the_kind) {
     EXPECT_EQ(printed.err(), "");
 }
 
-TEST_F(music_test, the_shows_own_sequence) {
-    music player;
-    player.init();
-    player.load("data/music/Ashwing1.mp3");
-    player.play();
-    player.free();
-    record.track = 78;
-    player.init();
-    player.load("data/music/ferrow_amoeba2_test2.ogg");
-    player.play();
-    player.free();
-    EXPECT_EQ(taken(), (calls{"GetVersion()", "Init(-1, 44100, 16, 1)", "Start()",
-                              "StreamCreateFile(0, data/music/Ashwing1.mp3, 0, 0, 0)",
-                              "ChannelSetSync(77, 2, 0, 1, 1)", "StreamPlay(77, 0, 4)", "Free()",
-                              "GetVersion()", "Init(-1, 44100, 16, 1)", "Start()",
-                              "StreamCreateFile(0, data/music/ferrow_amoeba2_test2.ogg, 0, 0, 0)",
-                              "ChannelSetSync(78, 2, 0, 1, 1)", "StreamPlay(78, 0, 4)", "Free()"}));
-}
-
 TEST_F(music_test, a_report_is_cut_to_199_characters) {
     music player;
     player.report("100% %s %n");
@@ -246,15 +221,4 @@ TEST_F(music_test, a_report_is_cut_to_199_characters) {
     player.report(nullptr);
     EXPECT_EQ(printed.err(), title + "100% %s %n\n" + title + std::string(199, 'a') + "\n" + title +
                                  std::string(199, 'b') + "\n" + title + "\n");
-}
-
-TEST(music_extension, is_equal_when_both_end_at_the_same_place) {
-    EXPECT_TRUE(extension_equal("MOD", "mOd"));
-    EXPECT_TRUE(extension_equal("", ""));
-    EXPECT_FALSE(extension_equal("MOD", "MO"));
-    EXPECT_FALSE(extension_equal("MO", "MOD"));
-    EXPECT_FALSE(extension_equal("IT", "XT"));
-    EXPECT_FALSE(extension_equal("MOD", ""));
-    EXPECT_FALSE(extension_equal("MOD", nullptr));
-    EXPECT_FALSE(extension_equal("\xe4", "\xc4")); // bytes above 127 are no letters
 }
