@@ -55,8 +55,10 @@ void write_jpg_seeds(const std::filesystem::path& folder) {
                            {4, JCS_CMYK, JCS_CMYK},
                            {4, JCS_CMYK, JCS_YCCK}};
     for (const auto& [components, in, stored] : all) {
-        for (const bool progressive : {false, true}) {
-            const std::string name = std::to_string(stored) + (progressive ? "p" : "");
+        for (const int way : {0, 1, 2, 3}) {
+            const bool progressive = way % 2 == 1, arithmetic = way >= 2;
+            const std::string name =
+                std::to_string(stored) + (progressive ? "p" : "") + (arithmetic ? "a" : "");
             write(folder, name,
                   jpeg_file({.width = 17,
                              .height = 9,
@@ -65,6 +67,7 @@ void write_jpg_seeds(const std::filesystem::path& folder) {
                              .stored = stored,
                              .quality = 60,
                              .progressive = progressive,
+                             .arithmetic = arithmetic,
                              .samples = mixed_bytes(17 * 9 * static_cast<std::size_t>(components), 2)}));
         }
     }

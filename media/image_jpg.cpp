@@ -26,11 +26,14 @@ jpeg_decoder decoder;
 // Real encoders write some ten scans; a file with many of them over a huge picture would take hours.
 constexpr int most_scans = 64;
 
-// The smallest file that fills a picture holds one bit for each block of 8x8 pixels, so a picture of more
-// pixels for each byte of its file than this is a trap: libjpeg would work through, and in progressive files
-// hold, all of it. Small pictures are free of the rule, so that their files may be cut anywhere.
+// The smallest Huffman-coded file that fills a picture holds one bit for each block of 8x8 pixels, so a
+// picture of more pixels for each byte of its file than this is a trap: libjpeg would work through, and in
+// progressive files hold, all of it. Small pictures are free of the rule, so that their files may be cut
+// anywhere. Arithmetic coding knows no such bound (a plain colour of any size takes some 200 bytes), so there
+// pictures are free of it up to 8192 x 8192: 256 MiB of words, and as many coefficients for each component.
 constexpr std::int64_t pixels_a_byte = 4096;
 constexpr std::int64_t always_fits = 1 << 20;
+constexpr std::int64_t always_fits_arithmetic = 1 << 26;
 
 [[noreturn]] void jump_out(j_common_ptr state) {
     state->err->output_message(state);
@@ -50,9 +53,11 @@ std::int64_t bytes_left(std::FILE* file) {
     return end - here;
 }
 
-bool size_is_credible(std::int64_t width, std::int64_t height, std::int64_t file_bytes) {
+bool size_is_credible(std::int64_t width, std::int64_t height, bool arithmetic, std::int64_t file_bytes) {
     if (!image_size_fits(width, height)) return false;
-    return file_bytes < 0 || width * height <= always_fits || width * height / pixels_a_byte <= file_bytes;
+    const std::int64_t pixels = width * height;
+    if (pixels <= (arithmetic ? always_fits_arithmetic : always_fits)) return true;
+    return file_bytes < 0 || pixels / pixels_a_byte <= file_bytes;
 }
 
 void ask_for_colours(jpeg_decompress_struct& state) {
@@ -110,7 +115,8 @@ bool read_picture(std::FILE* file) {
     jpeg_read_header(&state, TRUE);
     ask_for_colours(state);
     jpeg_calc_output_dimensions(&state);
-    if (!size_is_credible(state.output_width, state.output_height, file_bytes)) return false;
+    const bool arithmetic = state.arith_code != FALSE;
+    if (!size_is_credible(state.output_width, state.output_height, arithmetic, file_bytes)) return false;
     decoder.block = image_block(state.output_width, state.output_height);
     if (decoder.block == nullptr) return false;
 

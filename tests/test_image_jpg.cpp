@@ -106,18 +106,37 @@ TEST(image_jpg, errors_inside_the_library_give_null_and_leave_the_reader_whole) 
 }
 
 TEST(image_jpg, picture_out_of_proportion_to_its_file_is_refused) {
-    for (const bool progressive : {false, true}) {
+    struct row {
+        bool progressive, arithmetic;
+        std::uint8_t marker; // of the frame
+        int side;
+    };
+    for (const row& r :
+         {row{false, false, 0xc0, 0x3fff}, {true, false, 0xc2, 0x3fff}, {false, true, 0xc9, 0x2001}}) {
         jpeg_form form = ramps(16, 16, 1, JCS_GRAYSCALE, JCS_GRAYSCALE);
-        form.progressive = progressive;
+        form.progressive = r.progressive;
+        form.arithmetic = r.arithmetic;
         file_bytes file = jpeg_file(form);
-        const file_bytes marker = {0xff, static_cast<std::uint8_t>(progressive ? 0xc2 : 0xc0)};
+        const file_bytes marker = {0xff, r.marker};
         const auto frame = std::search(file.begin(), file.end(), marker.begin(), marker.end());
         ASSERT_NE(frame, file.end());
         for (int i = 5; i < 9; ++i) // height and width
-            frame[i] = 0x3f;
+            frame[i] = static_cast<std::uint8_t>(i % 2 == 1 ? r.side >> 8 : r.side);
         captured_output printed;
         EXPECT_TRUE(read(file).empty());
         EXPECT_EQ(printed.out(), "debug: gtex_load_jpg()\n");
+    }
+}
+
+// Arithmetic coding says a plain colour in some 200 bytes, however large.
+TEST(image_jpg, plain_pictures_of_arithmetic_coding_are_read_whole) {
+    for (const std::uint32_t side : {16U, 1600U}) {
+        jpeg_form form{.width = side, .height = side, .arithmetic = true};
+        form.samples.resize(std::size_t{side} * side * 3, 120);
+        const file_bytes file = jpeg_file(form);
+        EXPECT_LT(file.size(), 400U);
+        captured_output quiet;
+        EXPECT_LE(worst_difference(read(file), form, same_channel), 1);
     }
 }
 

@@ -117,18 +117,15 @@ TEST(image_tga, types_and_sizes_that_are_no_picture) {
 }
 
 TEST(image_tga, printed_lines) {
-    captured_output plain;
-    read({.body = {1, 2, 3, 4}});
-    EXPECT_EQ(plain.out(), "debug: gtex_load_tga()\n - Uncompressed RGB image\nfile loaded\n");
-    captured_output packed;
-    read({.image_type = 10, .body = {0x80, 1, 2, 3, 4}});
-    EXPECT_EQ(packed.out(), "debug: gtex_load_tga()\n - Compressed RGB image\nfile loaded\n");
-    captured_output mapped;
-    read({.image_type = 9});
-    EXPECT_EQ(mapped.out(), "debug: gtex_load_tga()\nfile loaded\n");
-    captured_output unknown;
-    read({.image_type = 3});
-    EXPECT_EQ(unknown.out() + unknown.err(), "debug: gtex_load_tga()\n");
+    for (const auto& [type, lines] :
+         {std::pair<std::uint8_t, std::string>{2, " - Uncompressed RGB image\nfile loaded\n"},
+          {10, " - Compressed RGB image\nfile loaded\n"},
+          {9, "file loaded\n"},
+          {3, ""}}) {
+        captured_output printed;
+        read({.image_type = type, .body = {0x80, 1, 2, 3, 4}});
+        EXPECT_EQ(printed.out() + printed.err(), "debug: gtex_load_tga()\n" + lines);
+    }
 }
 
 TEST(image_tga, damage_anywhere_gives_null_or_a_picture) {

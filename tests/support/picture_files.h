@@ -128,6 +128,7 @@ struct jpeg_form {
     J_COLOR_SPACE stored = JCS_YCbCr;
     int quality = 100;
     bool progressive = false;
+    bool arithmetic = false;  // in place of Huffman's code
     bool adobe_marker = true; // for CMYK and YCCK; their samples are inverted then
     std::vector<std::uint8_t> samples = {};
 };
@@ -149,6 +150,7 @@ inline file_bytes jpeg_file(jpeg_form form) {
     jpeg_set_quality(&state, form.quality, TRUE);
     for (int i = 0; i < state.num_components; ++i) // no thinning of colours
         state.comp_info[i].h_samp_factor = state.comp_info[i].v_samp_factor = 1;
+    state.arith_code = form.arithmetic ? TRUE : FALSE;
     if (form.progressive) jpeg_simple_progression(&state);
     if (!form.adobe_marker) state.write_Adobe_marker = FALSE;
     jpeg_start_compress(&state, TRUE);
