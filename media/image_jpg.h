@@ -12,7 +12,7 @@
 // Adobe marker) too. A file that ends early gives what libjpeg makes of it: its last colour, or grey, for the
 // part that is missing.
 //
-// Null, after libjpeg's line on standard error, for an error inside libjpeg. Null, too, for a size
+// Null for an error inside libjpeg, which says nothing of it, nor of what it mends. Null, too, for a size
 // that passes 1 GiB, for a picture of more than a megapixel (64 with arithmetic coding) with more than 4096
 // pixels for each byte of its file, and for more than 64 scans: no encoder writes those, but for arithmetic
 // coding of a nearly plain picture. Not re-entrant: the state of the decompression is static.

@@ -88,7 +88,7 @@ bool decode(std::FILE* file, messages spoken, png_picture& picture) {
 
     const bool quiet = spoken == messages::none;
     png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, quiet ? quiet_error : nullptr,
-                                             quiet ? quiet_warning : nullptr);
+                                             quiet_warning); // what can be shown is no one's trouble
     if (png == nullptr) return false;
     png_infop info = png_create_info_struct(png);
     const bool whole = info != nullptr && read_picture(png, info, file, picture);

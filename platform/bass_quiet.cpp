@@ -4,6 +4,24 @@
 
 #include <dlfcn.h>
 
+// The mixer's decoder of MP3 writes a line on standard error for each damaged frame, from the sound thread,
+// and the mixer hands on no switch for it. So the mixer gets its decoders from here, made by the decoder's
+// library and told to be quiet: a program's own function goes before that of a library it was linked with.
+// The constants are those of the library's interface.
+extern "C" void* mpg123_new(const char* decoder, int* error);
+
+void* mpg123_new(const char* decoder, int* error) {
+    constexpr int add_flags = 2;
+    constexpr long quiet = 0x20;
+    using maker = void* (*)(const char*, int*);
+    using setter = int (*)(void*, int, long, double);
+    const auto make = reinterpret_cast<maker>(dlsym(RTLD_NEXT, "mpg123_new"));
+    const auto set = reinterpret_cast<setter>(dlsym(RTLD_NEXT, "mpg123_param"));
+    void* handle = make != nullptr ? make(decoder, error) : nullptr;
+    if (handle != nullptr && set != nullptr) set(handle, add_flags, quiet, 0);
+    return handle;
+}
+
 namespace bass {
 
 namespace {

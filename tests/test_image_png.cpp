@@ -133,7 +133,10 @@ TEST(image_png, every_colour_type_and_depth_becomes_the_same_words_in_both_reade
     for (const png_form& form : all_forms()) {
         SCOPED_TRACE(testing::Message() << "colour type " << form.colour_type << ", depth " << form.depth
                                         << (form.interlaced ? ", interlaced" : ""));
-        const file_bytes file = png_file(form);
+        file_bytes file = png_file(form);
+        const file_bytes warning = {0, 0, 0, 4, 'g', 'A', 'M', 'A', 0, 0, 0, 0, 0, 0, 0, 0}; // no such gamma
+        file.insert(file.begin() + 33, warning.begin(), warning.end());
+        repair_png_checksums(file);
         captured_output printed;
         gtex picture = gtex_load_png(folder.write("picture.png", file));
         const words from_stream = read_stream(file);
