@@ -11,7 +11,8 @@ namespace {
 constexpr char no_memory_for_toc[] = "Not enough memory for TOC!";
 
 // Reads and unpacks the table of contents; null, or what failed. It must lie between the header and the end
-// of the file and hold the records that the header counts.
+// of the file and hold the records that the header counts, no fewer and no more: what the header doesn't know
+// of would be lost with the next addition.
 const char* read_toc(disk_file& file, const mopak_header& header, mopak_bytes& toc, std::size_t& toc_size) {
     const std::int64_t begin = header.toc_offset;
     const std::int64_t end = header.total_size;
@@ -26,9 +27,9 @@ const char* read_toc(disk_file& file, const mopak_header& header, mopak_bytes& t
 
     toc_size = 0;
     toc = mopak::decode(packed.get(), toc_size, packed_size);
-    const auto held = static_cast<std::int64_t>(toc_size / mopak_record_size);
-    const bool holds_all = header.file_count >= 0 && header.file_count <= held;
-    return toc != nullptr && holds_all ? nullptr : "Unable to decode TOC!";
+    const std::int64_t counted = header.file_count * static_cast<std::int64_t>(mopak_record_size);
+    const bool as_counted = counted == static_cast<std::int64_t>(toc_size);
+    return toc != nullptr && as_counted ? nullptr : "Unable to decode TOC!";
 }
 
 // The packed data of `file`, which must lie within the archive. Null with an error in the log.
