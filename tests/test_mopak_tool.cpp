@@ -15,6 +15,8 @@
 #include "tests/support/program_run.h"
 #include "tests/support/temp_file.h"
 #include "tools/mopak/half_written.h"
+#include "tools/mopak/lock_file.h"
+#include "tools/mopak/pack_copy.h"
 #include "tools/mopak/progress.h"
 #include "tools/mopak/sources.h"
 
@@ -332,21 +334,59 @@ TEST_F(mopak_tool, wrong_words_end_with_2_and_one_line) {
     EXPECT_EQ(run("create r.mop -- -dash").code, 0);
 }
 
-TEST_F(mopak_tool, a_signal_takes_the_half_written_file_with_it) {
-    for (const int signal : {SIGINT, SIGTERM, SIGPIPE}) {
+TEST_F(mopak_tool, a_signal_takes_what_is_half_written_and_a_kill_leaves_it_to_the_next_command) {
+    ASSERT_EQ(run("create p.mop data").code + run("extract p.mop -C out").code, 0);
+    const pack_bytes before = folder.read("p.mop");
+    const auto killed_by = [&](int signal) {
         const pid_t child = fork();
         if (child == 0) {
-            const int here = open(".", O_RDONLY | O_DIRECTORY);
-            half_written file(here, "p.mop", 0600);
-            if (file.descriptor() < 0 || !fs::exists(file.name())) _exit(3);
+            pack_copy copy("p.mop");
+            const half_written file(open("out/data", O_RDONLY | O_DIRECTORY), "mopak", 0600);
+            if (!copy.lock().empty() || !copy.make(9).empty() || file.descriptor() < 0) _exit(3);
             raise(signal);
             _exit(4);
         }
         int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
-        expect_names(folder.path(), {"data"});
+        return waitpid(child, &status, 0) == child && WIFSIGNALED(status) && WTERMSIG(status) == signal;
+    };
+    const char* next = "list p.mop";
+    for (const int signal : {SIGINT, SIGTERM, SIGPIPE, SIGKILL, SIGKILL}) {
+        EXPECT_TRUE(killed_by(signal));
+        if (signal == SIGKILL) {
+            const auto in_folder = fs::directory_iterator(folder.path());
+            EXPECT_EQ(std::distance(in_folder, {}), 5); // data, out, archive, copy, lock
+            EXPECT_EQ(run(std::exchange(next, "add p.mop data")).code, 0);
+        }
+        expect_names(folder.path(), {"data", "out", "p.mop"});
+        const half_written living(open("out", O_RDONLY | O_DIRECTORY), "mopak", 0600);
+        EXPECT_EQ(run("extract p.mop -C out").code, 0);
+        EXPECT_TRUE(fs::exists("out/" + living.name()));
+        expect_names("out/data", {"a b.txt", "deep", "deep.txt", "z"});
+        EXPECT_EQ(folder.read("p.mop"), before);
     }
+}
+
+TEST_F(mopak_tool, one_at_a_time_changes_an_archive) {
+    ASSERT_EQ(run("create p.mop data/z").code, 0);
+    for (unsigned i = 0; i < 8; ++i)
+        folder.write("more/" + std::to_string(i), random_bytes(100000, 256, i));
+    const std::string tool = shell_word(std::string(MORVANE_TEST_TOOLS) + "/mopak");
+    const std::string all = "for i in more/*; do " + tool + " add p.mop $i >/dev/null & done; wait";
+    ASSERT_EQ(std::system(all.c_str()), 0);
+    EXPECT_EQ(run("test p.mop").out, "p.mop: 9 files whole\n");
+
+    pack_copy copy("p.mop");
+    ASSERT_EQ(copy.lock(), "");
+    EXPECT_EQ(run("test p.mop").code, 0); // who reads needs no lock, and leaves it alone
+    EXPECT_TRUE(fs::exists(copy.lock_path()));
+    const pid_t child = fork();
+    if (child == 0) {
+        lock_file another(open(".", O_RDONLY | O_DIRECTORY), ".p.mop.lock");
+        const std::string said = another.take(std::chrono::milliseconds(30));
+        _exit(said == "is in use by process " + std::to_string(getppid()) ? 0 : 1);
+    }
+    int status = -1;
+    EXPECT_TRUE(waitpid(child, &status, 0) == child && status == 0);
 }
 
 TEST(mopak_progress, long_work_tells_how_far_it_is) {

@@ -52,8 +52,9 @@ int complete(mopak& archive, pack_copy& copy, const source_list& list, const std
 }
 
 // The files of the command line. False where they can't all be added; then nothing has been touched.
-bool collect(const pack_options& options, source_list& list) {
-    list = collect_sources(options.names, options.pack);
+bool collect(const pack_options& options, const pack_copy& copy, source_list& list) {
+    const std::string own[] = {options.pack, copy.lock_path()};
+    list = collect_sources(options.names, own);
     for (const std::string& note : list.notes)
         std::fprintf(stderr, "mopak: %s\n", printable(note).c_str());
     if (list.error.empty() && list.sources.empty()) list.error = options.pack + ": no files to add";
@@ -73,33 +74,28 @@ bool may_be_replaced(const std::string& path) {
 } // namespace
 
 int pack_create(const pack_options& options) {
-    if (!may_be_replaced(options.pack)) {
-        report(options.pack, "is there already and is no archive");
-        return 1;
-    }
-    source_list list;
-    if (!collect(options, list)) return 1;
     pack_copy copy(options.pack);
-    const std::string problem = copy.make(0);
-    if (!problem.empty()) {
-        report(options.pack, problem);
-        return 1;
-    }
+    std::string problem = copy.lock();
+    if (problem.empty() && !may_be_replaced(options.pack)) problem = "is there already and is no archive";
+    source_list list;
+    if (problem.empty() && !collect(options, copy, list)) return 1;
+    if (problem.empty()) problem = copy.make(0);
     mopak archive;
     archive.set_version(options.version_major, options.version_minor);
-    if (const char* failed = archive.write_new(copy.path(), options.info)) {
-        report(options.pack, in_words(failed));
-        return 1;
-    }
-    return complete(archive, copy, list, options.pack);
+    if (problem.empty())
+        if (const char* failed = archive.write_new(copy.path(), options.info)) problem = in_words(failed);
+    if (problem.empty()) return complete(archive, copy, list, options.pack);
+    report(options.pack, problem);
+    return 1;
 }
 
 int pack_add(const pack_options& options) {
-    mopak archive;
-    std::string problem = open_pack(options.pack, archive);
-    source_list list;
-    if (problem.empty() && !collect(options, list)) return 1;
     pack_copy copy(options.pack);
+    std::string problem = copy.lock();
+    mopak archive;
+    if (problem.empty()) problem = open_pack(options.pack, archive);
+    source_list list;
+    if (problem.empty() && !collect(options, copy, list)) return 1;
     if (problem.empty()) problem = copy.make(archive.header.total_size);
     if (!problem.empty()) {
         report(options.pack, problem);

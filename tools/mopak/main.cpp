@@ -5,11 +5,18 @@
 #include <cstdio>
 
 #include "tools/mopak/commands.h"
+#include "tools/mopak/pack_copy.h"
 #include "tools/mopak/report.h"
 
 namespace {
 
+bool only_reads(pack_command command) {
+    return command == pack_command::list || command == pack_command::extract ||
+           command == pack_command::test || command == pack_command::info;
+}
+
 int run(const pack_options& options) {
+    if (only_reads(options.command)) remove_left_behind(options.pack);
     switch (options.command) {
     case pack_command::help:
         std::fputs(pack_usage, stdout);

@@ -29,8 +29,9 @@ const char* const pack_usage =
     "  --help          print this text\n"
     "  --version       alone: print the program's version\n"
     "\n"
-    "An archive is changed as a whole or not at all. The exit code is 0 if all went well, 1 if something\n"
-    "failed, 2 if the words make no sense.\n";
+    "An archive is changed as a whole or not at all, by one mopak at a time: another waits ten seconds at\n"
+    "most. What a killed one leaves behind goes with the next command. The exit code is 0 if all went well,\n"
+    "1 if something failed, 2 if the words make no sense.\n";
 
 namespace {
 

@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr char stem[] = "mopak"; // of files that are being written
+
 // The steps from a folder to a file; none if the name leads elsewhere or to no file.
 std::vector<std::string> steps_of(std::string_view name) {
     std::vector<std::string> steps;
@@ -51,7 +53,7 @@ bool write_all(int file, std::span<const std::uint8_t> bytes) {
 }
 
 std::string write_file(int folder, const std::string& name, std::span<const std::uint8_t> bytes) {
-    half_written file(folder, "mopak", 0666);
+    half_written file(folder, stem, 0666);
     const bool done = file.descriptor() >= 0 && write_all(file.descriptor(), bytes) && file.finish(name);
     return done ? "" : std::strerror(errno);
 }
@@ -69,7 +71,7 @@ out_folder::~out_folder() {
     if (root >= 0) close(root);
 }
 
-std::string out_folder::write(std::string_view name, std::span<const std::uint8_t> bytes) const {
+std::string out_folder::write(std::string_view name, std::span<const std::uint8_t> bytes) {
     const std::vector<std::string> steps = steps_of(name);
     if (steps.empty()) return "is refused, for its name leads out of the folder or to no file";
 
@@ -83,6 +85,8 @@ std::string out_folder::write(std::string_view name, std::span<const std::uint8_
         close(folder);
         folder = next;
     }
+    if (failure.empty() && tidied.insert(std::string(name.substr(0, name.rfind('/') + 1))).second)
+        remove_half_written(folder, stem);
     if (failure.empty()) failure = write_file(folder, steps.back(), bytes);
     if (folder >= 0) close(folder);
     return failure;

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 
 class out_folder {
   public:
@@ -18,9 +19,11 @@ class out_folder {
 
     // Writes a file at `name`, with the folders on its way, in place of what had its name. Returns what went
     // wrong, or nothing. Refused: an absolute name, one with "..", one without a file at its end, and one
-    // whose way leads through a link. A file that could not be written whole isn't there.
-    std::string write(std::string_view name, std::span<const std::uint8_t> bytes) const;
+    // whose way leads through a link. A file that could not be written whole isn't there. What an extraction
+    // that was killed left behind in the file's folder goes.
+    std::string write(std::string_view name, std::span<const std::uint8_t> bytes);
 
   private:
     int root = -1;
+    std::unordered_set<std::string> tidied; // folders without left-overs
 };

@@ -32,27 +32,58 @@ bool copy_bytes(int from, int to, std::int64_t size) {
     return true;
 }
 
-} // namespace
-
-pack_copy::pack_copy(const std::string& archive) {
+// Where an archive lies that may be reached by a link, and need not be there.
+std::string real_path(const std::string& archive) {
     std::error_code problem;
     const fs::path real = fs::weakly_canonical(archive, problem);
-    target = problem ? archive : real.string();
+    return problem ? archive : real.string();
 }
+
+fs::path folder_of(const fs::path& target) {
+    return target.has_parent_path() ? target.parent_path() : fs::path(".");
+}
+
+std::string name_of(const fs::path& target) {
+    return target.filename().string();
+}
+
+int open_folder_of(const fs::path& target) {
+    return open(folder_of(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
+std::string lock_name(const std::string& name) {
+    std::string lock = ".";
+    return lock.append(name, 0, 200).append(".lock");
+}
+
+} // namespace
+
+pack_copy::pack_copy(const std::string& archive) : target(real_path(archive)) {}
 
 pack_copy::~pack_copy() {
     copy.reset();
+    locked.reset();
     if (folder >= 0) close(folder);
 }
 
-std::string pack_copy::make(std::int64_t size) {
-    const fs::path place(target);
-    const fs::path parent = place.has_parent_path() ? place.parent_path() : fs::path(".");
-    folder = open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+std::string pack_copy::lock() {
+    const std::string name = name_of(target);
+    if (name.empty()) return std::strerror(EISDIR);
+    folder = open_folder_of(target);
     if (folder < 0) return std::strerror(errno);
-    copy.emplace(folder, place.filename().string(), 0666);
+    std::string problem = locked.emplace(folder, lock_name(name)).take(pack_patience);
+    if (problem.empty()) remove_half_written(folder, name);
+    return problem;
+}
+
+std::string pack_copy::lock_path() const {
+    return (folder_of(target) / lock_name(name_of(target))).string();
+}
+
+std::string pack_copy::make(std::int64_t size) {
+    copy.emplace(folder, name_of(target), 0666);
     if (copy->descriptor() < 0) return std::strerror(errno);
-    copy_path = (parent / copy->name()).string();
+    copy_path = (folder_of(target) / copy->name()).string();
 
     const int old = open(target.c_str(), O_RDONLY | O_CLOEXEC);
     if (old < 0) return size == 0 && errno == ENOENT ? "" : std::strerror(errno);
@@ -66,6 +97,17 @@ std::string pack_copy::make(std::int64_t size) {
 
 std::string pack_copy::put_in_place(std::int64_t size) {
     const bool done = ftruncate(copy->descriptor(), size) == 0 && fsync(copy->descriptor()) == 0 &&
-                      copy->finish(fs::path(target).filename().string());
+                      copy->finish(name_of(target));
     return done ? "" : std::strerror(errno);
+}
+
+void remove_left_behind(const std::string& archive) {
+    const std::string target = real_path(archive);
+    const int folder = open_folder_of(target);
+    if (folder < 0) return;
+    {
+        lock_file lock(folder, lock_name(name_of(target)));
+        if (lock.take_left_behind()) remove_half_written(folder, name_of(target));
+    }
+    close(folder);
 }

@@ -15,7 +15,7 @@ namespace {
 
 class collector {
   public:
-    explicit collector(const std::string& archive_path) : archive(archive_path) {}
+    explicit collector(std::span<const std::string> own_paths) : own(own_paths) {}
 
     void add_word(const std::string& word) {
         std::error_code problem;
@@ -26,7 +26,7 @@ class collector {
             add_folder(word);
         else if (!fs::is_regular_file(status))
             fail(word, "is no plain file");
-        else if (is_archive(word))
+        else if (is_own(word))
             fail(word, "is the archive itself");
         else if (fs::file_size(word, problem) == 0)
             fail(word, "is empty, and an archive can't hold an empty file");
@@ -53,7 +53,7 @@ class collector {
     void add_from_folder(const std::string& path) {
         if (!list.error.empty()) return;
         std::error_code problem;
-        if (is_archive(path)) return;
+        if (is_own(path)) return;
         if (!fs::is_regular_file(path, problem))
             list.notes.push_back(path + ": is no plain file and is left out");
         else if (fs::file_size(path, problem) == 0)
@@ -92,16 +92,17 @@ class collector {
                              " in the archive, as files are unpacked below a folder");
     }
 
-    bool is_archive(const std::string& path) const {
+    bool is_own(const std::string& path) const {
         std::error_code problem;
-        return fs::equivalent(path, archive, problem);
+        return std::ranges::any_of(own,
+                                   [&](const auto& each) { return fs::equivalent(path, each, problem); });
     }
 
     void fail(const std::string& path, const std::string& why) {
         if (list.error.empty()) list.error = path + ": " + why;
     }
 
-    std::string archive;
+    std::span<const std::string> own;
     std::set<std::string> names;
     bool noted = false;
 };
@@ -123,8 +124,8 @@ std::string name_in_archive(const std::string& path) {
     return name.string();
 }
 
-source_list collect_sources(std::span<const std::string> words, const std::string& archive) {
-    collector all(archive);
+source_list collect_sources(std::span<const std::string> words, std::span<const std::string> own) {
+    collector all(own);
     for (const std::string& word : words)
         if (all.list.error.empty()) all.add_word(word);
     return std::move(all.list);

@@ -20,9 +20,10 @@ struct source_list {
 };
 
 // A folder stands for all files below it, in sorted order; links to files count as files, links to folders
-// below it are left out. The file `archive` itself is left out, and so are files in folders that are empty or
-// no plain files. A file given by its own path must be there, plain, not empty and below 2 GiB.
-source_list collect_sources(std::span<const std::string> words, const std::string& archive);
+// below it are left out. The `own` files, the archive and what stands beside it, are left out, and so are
+// files in folders that are empty or no plain files. A file given by its own path must be there, plain, not
+// empty, below 2 GiB and not `own`.
+source_list collect_sources(std::span<const std::string> words, std::span<const std::string> own);
 
 // How `path` is called in an archive: without what would lead out of the folder where it is unpacked later (a
 // root, "..") and without ".". Empty if nothing is left.

@@ -92,7 +92,7 @@ int pack_extract(const pack_options& options) {
         report(options.pack, problem);
         return 1;
     }
-    const out_folder folder(options.folder);
+    out_folder folder(options.folder);
     if (!folder.problem.empty()) {
         report(options.folder, folder.problem);
         return 1;
