@@ -1,4 +1,5 @@
 // The commands that make an archive or make it longer.
+#include <algorithm>
 #include <filesystem>
 
 #include "mopak/writer.h"
@@ -62,6 +63,15 @@ bool collect(const pack_options& options, const pack_copy& copy, source_list& li
     return list.error.empty();
 }
 
+// What keeps so many files from being added, or nothing.
+std::string too_many(const mopak& archive, const source_list& list) {
+    const auto is_new = [&](const pack_source& each) { return archive.look_up(each.name) == nullptr; };
+    const std::int64_t count = archive.header.file_count + std::ranges::count_if(list.sources, is_new);
+    if (count <= static_cast<std::int64_t>(mopak_most_files)) return {};
+    return "can't take " + std::to_string(count) + " files, for an archive holds " +
+           std::to_string(mopak_most_files) + " at most";
+}
+
 // A slip on the command line must not cost a file: only an archive, or nothing at all, is written over.
 bool may_be_replaced(const std::string& path) {
     std::error_code ignored;
@@ -79,8 +89,9 @@ int pack_create(const pack_options& options) {
     if (problem.empty() && !may_be_replaced(options.pack)) problem = "is there already and is no archive";
     source_list list;
     if (problem.empty() && !collect(options, copy, list)) return 1;
-    if (problem.empty()) problem = copy.make(0);
     mopak archive;
+    if (problem.empty()) problem = too_many(archive, list);
+    if (problem.empty()) problem = copy.make(0);
     archive.set_version(options.version_major, options.version_minor);
     if (problem.empty())
         if (const char* failed = archive.write_new(copy.path(), options.info)) problem = in_words(failed);
@@ -96,6 +107,7 @@ int pack_add(const pack_options& options) {
     if (problem.empty()) problem = open_pack(options.pack, archive);
     source_list list;
     if (problem.empty() && !collect(options, copy, list)) return 1;
+    if (problem.empty()) problem = too_many(archive, list);
     if (problem.empty()) problem = copy.make(archive.header.total_size);
     if (!problem.empty()) {
         report(options.pack, problem);

@@ -16,20 +16,27 @@ namespace {
 
 constexpr char stem[] = "mopak"; // of files that are being written
 
-// The steps from a folder to a file; none if the name leads elsewhere or to no file.
+// The steps from a folder to a file below it; none if the name leads to no file.
 std::vector<std::string> steps_of(std::string_view name) {
     std::vector<std::string> steps;
-    if (name.starts_with('/') || name.ends_with('/')) return {};
+    bool at_file = false;
     while (!name.empty()) {
-        const std::string_view step = name.substr(0, name.find('/'));
-        name.remove_prefix(std::min(step.size() + 1, name.size()));
-        if (step == "..") return {};
-        if (!step.empty() && step != ".")
-            steps.emplace_back(step);
-        else if (name.empty())
-            return {}; // a "." at the end is a folder
+        const std::string_view step = name.substr(0, name.find_first_of("/\\"));
+        const bool at_end = step.size() == name.size();
+        name.remove_prefix(at_end ? step.size() : step.size() + 1);
+        const bool leads_on = !step.empty() && step != "." && step != "..";
+        if (leads_on) steps.emplace_back(step);
+        if (step == ".." && !steps.empty()) steps.pop_back();
+        at_file = at_end && leads_on;
     }
-    return steps;
+    return at_file ? steps : std::vector<std::string>();
+}
+
+std::string joined(std::span<const std::string> steps) {
+    std::string path;
+    for (const std::string& step : steps)
+        path.append(path.empty() ? "" : "/").append(step);
+    return path;
 }
 
 // Opens a folder within another, made if need be, but no link to one. -1 on failure.
@@ -60,6 +67,10 @@ std::string write_file(int folder, const std::string& name, std::span<const std:
 
 } // namespace
 
+std::string place_of(std::string_view name) {
+    return joined(steps_of(name));
+}
+
 out_folder::out_folder(const std::string& path) {
     std::error_code failed;
     std::filesystem::create_directories(path, failed);
@@ -73,7 +84,7 @@ out_folder::~out_folder() {
 
 std::string out_folder::write(std::string_view name, std::span<const std::uint8_t> bytes) {
     const std::vector<std::string> steps = steps_of(name);
-    if (steps.empty()) return "is refused, for its name leads out of the folder or to no file";
+    if (steps.empty()) return "is refused, for its name leads to no file";
 
     int folder = dup(root);
     std::string failure = folder < 0 ? std::strerror(errno) : "";
@@ -85,7 +96,7 @@ std::string out_folder::write(std::string_view name, std::span<const std::uint8_
         close(folder);
         folder = next;
     }
-    if (failure.empty() && tidied.insert(std::string(name.substr(0, name.rfind('/') + 1))).second)
+    if (failure.empty() && tidied.insert(joined(std::span(steps).first(steps.size() - 1))).second)
         remove_half_written(folder, stem);
     if (failure.empty()) failure = write_file(folder, steps.back(), bytes);
     if (folder >= 0) close(folder);

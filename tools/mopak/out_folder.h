@@ -7,6 +7,10 @@
 #include <string_view>
 #include <unordered_set>
 
+// Where a file of this name goes below a folder, as in "data/a.png": '\\' counts as '/', a root and "." count
+// for nothing, and ".." takes back the step before it, if there is one. Empty if the name leads to no file.
+std::string place_of(std::string_view name);
+
 class out_folder {
   public:
     // Opens the folder, and makes it and those above it if need be. `problem` tells why that failed.
@@ -17,10 +21,10 @@ class out_folder {
 
     std::string problem;
 
-    // Writes a file at `name`, with the folders on its way, in place of what had its name. Returns what went
-    // wrong, or nothing. Refused: an absolute name, one with "..", one without a file at its end, and one
-    // whose way leads through a link. A file that could not be written whole isn't there. What an extraction
-    // that was killed left behind in the file's folder goes.
+    // Writes a file at the place of `name`, with the folders on its way, in place of what had it. Returns
+    // what went wrong, or nothing. Refused: a name without a place, and one whose way leads through a link. A
+    // file that could not be written whole isn't there. What an extraction that was killed left behind in the
+    // file's folder goes.
     std::string write(std::string_view name, std::span<const std::uint8_t> bytes);
 
   private:

@@ -2,6 +2,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
 
 #include "tools/mopak/commands.h"
 #include "tools/mopak/out_folder.h"
@@ -14,30 +18,56 @@ namespace {
 using wanted_files = std::vector<mopak_file*>;
 using unpacked_use = std::function<std::string(const mopak_file& file, std::span<const std::uint8_t> bytes)>;
 
-// Whether `name` is `wanted`, or lies in a folder of that name.
-bool matches(std::string_view name, std::string_view wanted) {
-    while (wanted.ends_with('/'))
-        wanted.remove_suffix(1);
-    return name.starts_with(wanted) && (name.size() == wanted.size() || name[wanted.size()] == '/');
+std::string with_slashes(std::string name) {
+    std::ranges::replace(name, '\\', '/');
+    return name;
+}
+
+// What was asked for, without '/' at the end, and whether any file is it or lies in a folder of that name.
+using asked_names = std::unordered_map<std::string, bool>;
+
+std::string asked_form(const std::string& word) {
+    std::string name = with_slashes(word);
+    name.erase(name.find_last_not_of('/') + 1);
+    return name;
+}
+
+bool is_asked(const std::string& name, asked_names& asked) {
+    bool wanted = false;
+    std::size_t end = 0;
+    do {
+        end = name.find('/', end);
+        const auto found = asked.find(name.substr(0, end));
+        if (found != asked.end()) found->second = wanted = true;
+    } while (end++ != name.npos);
+    return wanted;
 }
 
 // The files that any of `names` asks for, all without names, in the archive's order. Reports names that ask
 // for nothing and counts them in `unknown`.
 wanted_files choose(const mopak& archive, std::span<const std::string> names, int& unknown) {
+    asked_names asked;
+    for (const std::string& name : names)
+        asked.emplace(asked_form(name), false);
     wanted_files files;
-    std::vector<bool> asked(names.size());
-    for (mopak_file* file = archive.first; file != nullptr; file = file->next) {
-        bool wanted = names.empty();
-        for (std::size_t i = 0; i < names.size(); ++i)
-            if (matches(file->name, names[i])) asked[i] = wanted = true;
-        if (wanted) files.push_back(file);
-    }
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (!asked[i]) {
-            report(names[i], "isn't in the archive");
+    for (mopak_file* file = archive.first; file != nullptr; file = file->next)
+        if (names.empty() || is_asked(with_slashes(file->name), asked)) files.push_back(file);
+    for (const std::string& name : names)
+        if (!asked[asked_form(name)]) {
+            report(name, "isn't in the archive");
             ++unknown;
         }
     return files;
+}
+
+// The files by their places below a folder. The first of several that share a place has it.
+using places = std::unordered_map<std::string, const mopak_file*>;
+
+places places_of(const wanted_files& files) {
+    places taken;
+    for (const mopak_file* file : files)
+        taken.emplace(place_of(file->name), file);
+    return taken;
 }
 
 // Unpacks a file and hands it on. Returns what went wrong, or nothing.
@@ -99,10 +129,14 @@ int pack_extract(const pack_options& options) {
     }
     int unknown = 0;
     const wanted_files files = choose(archive, options.names, unknown);
+    const places taken = places_of(files);
     const int failed = unpack_all(archive, files, "extracting", [&](const mopak_file& file, auto bytes) {
-        if (archive.look_up(file.name) != &file)
+        const std::string place = place_of(file.name);
+        const mopak_file* owner = place.empty() ? &file : taken.at(place);
+        if (owner == &file) return folder.write(file.name, bytes);
+        if (std::string_view(owner->name) == file.name)
             return std::string("is in the archive twice, and the first of that name counts");
-        return folder.write(file.name, bytes);
+        return std::string("is refused, for ").append(owner->name) + " has its place " + place;
     });
     const int code = sum_up(options, files.size(), failed, "extracted");
     return unknown > 0 ? 1 : code;
