@@ -1,6 +1,7 @@
 #include "mopak/mopak.h"
 
 #include <cstdio>
+#include <new>
 #include <utility>
 
 #include "driver/log/log.h"
@@ -22,10 +23,8 @@ void mopak::set_version(std::int32_t major, std::int32_t minor) {
 }
 
 mopak_file* mopak::look_up(const std::string& name) const {
-    mopak_file* file = first;
-    while (file != nullptr && name != file->name)
-        file = file->next;
-    return file;
+    const auto found = by_name.find(name);
+    return found == by_name.end() ? nullptr : found->second;
 }
 
 mopak_file* mopak::find(const std::string& name) {
@@ -33,10 +32,16 @@ mopak_file* mopak::find(const std::string& name) {
     return look_up(name);
 }
 
-void mopak::link(std::unique_ptr<mopak_file> file) {
+bool mopak::link(std::unique_ptr<mopak_file> file) {
+    try {
+        by_name.try_emplace(file->name, file.get());
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
     mopak_file* added = file.release();
     (last == nullptr ? first : last->next) = added;
     last = added;
+    return true;
 }
 
 void mopak::drop_from(mopak_file* file) {
@@ -46,8 +51,10 @@ void mopak::drop_from(mopak_file* file) {
         before = each;
     (before == nullptr ? first : before->next) = nullptr;
     last = before;
-    while (file != nullptr)
+    while (file != nullptr) {
+        if (look_up(file->name) == file) by_name.erase(file->name);
         delete std::exchange(file, file->next);
+    }
 }
 
 void mopak::debug() {

@@ -11,6 +11,8 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 #include "mopak/format.h"
 
@@ -87,9 +89,13 @@ struct mopak {
     const char* load(const std::string& path);
     mopak_file* look_up(const std::string& name) const;
 
-    // The list. `link` takes over a file at the end, `drop_from` frees one and all behind it.
-    void link(std::unique_ptr<mopak_file> file);
+    // The list. `link` takes over a file at the end; false if memory falls short, and the file goes.
+    // `drop_from` frees one and all behind it. The name of a file in the list stays as it is.
+    bool link(std::unique_ptr<mopak_file> file);
     void drop_from(mopak_file* file);
+
+  private:
+    std::unordered_map<std::string_view, mopak_file*> by_name; // the first of each name in the list
 };
 
 // An archive can have so many files that its table still unpacks into the scratch of `decode`.

@@ -90,7 +90,7 @@ const char* mopak::load(const std::string& path) {
         std::unique_ptr<mopak_file> node(new (std::nothrow) mopak_file);
         if (node == nullptr) return "Unable to create mopak_file!";
         texts_end = record_from_bytes(rest.first<mopak_record_size>(), *node) && texts_end;
-        link(std::move(node));
+        if (!link(std::move(node))) return "Unable to create mopak_file!";
         rest = rest.subspan(mopak_record_size);
     }
     archive_path = path;

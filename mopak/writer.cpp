@@ -91,7 +91,7 @@ const char* mopak_addition::append(std::unique_ptr<mopak_file> file, mopak_bytes
         }
     }
     const auto size = static_cast<std::size_t>(file->packed_size);
-    archive.link(std::move(file));
+    if (!archive.link(std::move(file))) return "Could not create mopak_file!";
     if (archive.unwritten == nullptr) archive.unwritten = archive.last;
     if (!out->write({block.get(), size})) return break_off("Writing compressed file to archive failed!");
     end += archive.last->packed_size;

@@ -28,10 +28,6 @@ pack_bytes data_of(mopak& archive, const std::string& name) {
     return {data.get(), data.get() + size};
 }
 
-std::string critical(const std::string& message) {
-    return "A critical error occured: " + message + "\n";
-}
-
 // What `action` prints.
 template<typename Action>
 std::string printed_by(Action action) {
@@ -165,8 +161,16 @@ TEST_F(mopak_files, a_thousand_files_at_once_and_one_more) {
     ASSERT_EQ(archive.addfile("tiny"), 1);
     const std::vector<packed_file> stored = files_in(folder.read("a.mop"));
     ASSERT_EQ(stored.size(), 1001U);
-    for (std::size_t i = 0; i < many.size(); ++i)
+    mopak again;
+    ASSERT_EQ(again.open("a.mop"), 1);
+    mopak_file *file = archive.first, *file_again = again.first;
+    for (std::size_t i = 0; i < many.size(); ++i, file = file->next, file_again = file_again->next) {
         ASSERT_EQ(stored[i], (packed_file{many[i], text_bytes(many[i])}));
+        ASSERT_EQ(archive.find(many[i]), file);
+        ASSERT_EQ(again.find(many[i]), file_again);
+        many[i][0] = 'M'; // case counts
+        ASSERT_EQ(again.find(many[i]), nullptr);
+    }
 }
 
 TEST_F(mopak_files, stale_bytes_behind_a_shorter_table_mean_nothing) {

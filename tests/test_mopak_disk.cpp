@@ -15,10 +15,6 @@
 
 namespace {
 
-std::string critical(const std::string& message) {
-    return "A critical error occured: " + message + "\n";
-}
-
 // An archive of two files, and a third one that is to be added.
 class mopak_disk : public testing::Test {
   protected:

@@ -24,6 +24,11 @@ struct pack_record {
     std::int32_t raw_size, packed_size, offset;
 };
 
+// The line that a failing method prints.
+inline std::string critical(const std::string& message) {
+    return "A critical error occured: " + message + "\n";
+}
+
 inline pack_bytes text_bytes(const std::string& text) {
     return {text.begin(), text.end()};
 }

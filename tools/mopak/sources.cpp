@@ -4,8 +4,9 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <set>
 #include <system_error>
+#include <unordered_map>
+#include <utility>
 
 #include "mopak/format.h"
 
@@ -71,17 +72,17 @@ class collector {
         if (size > INT32_MAX) return fail(path, "is 2 GiB or larger, too large for an archive");
         if (!mopak_text_fits(name, mopak_name_room))
             return fail(path, "has a name of more than " + std::to_string(mopak_name_room - 1) + " bytes");
-        if (!names.insert(name).second) return note_second(path, name);
+        const auto [known, is_new] = names.try_emplace(name, list.sources.size());
+        if (!is_new) return note_second(path, list.sources[known->second].path);
         note_other_name(path, name);
         list.sources.push_back({path, name, static_cast<std::int64_t>(size)});
     }
 
     // The same file given twice is nothing to speak of.
-    void note_second(const std::string& path, const std::string& name) {
-        const auto first = std::ranges::find(list.sources, name, &pack_source::name);
+    void note_second(const std::string& path, const std::string& first) {
         std::error_code problem;
-        if (!fs::equivalent(first->path, path, problem))
-            list.notes.push_back(path + ": is left out, for " + first->path + " has its name");
+        if (!fs::equivalent(first, path, problem))
+            list.notes.push_back(path + ": is left out, for " + first + " has its name");
     }
 
     // Once for all that loses its root or "..": each such file has the same to say.
@@ -103,7 +104,7 @@ class collector {
     }
 
     std::span<const std::string> own;
-    std::set<std::string> names;
+    std::unordered_map<std::string, std::size_t> names; // with their places in the list
     bool noted = false;
 };
 
