@@ -1,8 +1,12 @@
 // The recorder: its pictures, its command line, its failures.
 #include <gtest/gtest.h>
 
+#include <xxhash.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <iomanip>
+#include <sstream>
 #include <vector>
 
 #include "driver/frame_clock.h"
@@ -40,6 +44,16 @@ words colours_only(words pixels) {
     return pixels;
 }
 
+std::string hash_of(const words& pixels) {
+    std::vector<std::uint8_t> bytes;
+    for (const std::uint32_t pixel : pixels)
+        for (const int shift : {0, 8, 16, 24})
+            bytes.push_back(static_cast<std::uint8_t>(pixel >> shift));
+    std::ostringstream text;
+    text << std::hex << std::setw(16) << std::setfill('0') << XXH3_64bits(bytes.data(), bytes.size());
+    return text.str();
+}
+
 } // namespace
 
 TEST(recorder, two_shows_draw_the_same_frames_and_each_frame_has_its_exact_time) {
@@ -72,6 +86,42 @@ TEST(recorder, a_still_is_the_console_picture_without_its_top_bytes) {
     off_screen_show recorded(60);
     EXPECT_EQ(picture_in(early), colours_only(picture_of(recorded, 30))); // in the order of their times
     EXPECT_EQ(picture_in(late), colours_only(picture_of(recorded, 300)));
+}
+
+// The hash is taken here of bytes that are laid out one by one.
+TEST(recorder, hashes_tell_whether_and_where_anything_differs) {
+    go_to_data_tree();
+    const temp_folder folder;
+    const std::string path = folder.path("hashes"), other = folder.path("other");
+    ASSERT_EQ(run_recorder("--to 1.5 --hashes " + path, folder), 0) << text_in(folder, "err");
+    const std::string lines = text_in(folder, "hashes");
+    ASSERT_EQ(std::count(lines.begin(), lines.end(), '\n'), 2 + 90 + 2 + 1);
+    {
+        captured_output quiet;
+        off_screen_show recorded(60);
+        const words picture = picture_of(recorded, 75);
+        const gtex canvas = recorded.canvas();
+        std::string expected = "frame 75 1.250000 ";
+        expected += hash_of({canvas.pixels, canvas.pixels + canvas.count});
+        expected += std::string(" ") + hash_of(colours_only(picture)) + "\n";
+        EXPECT_NE(lines.find(expected), std::string::npos) << expected;
+    }
+    const auto compare = [&](std::size_t length, std::initializer_list<const char*> changed) {
+        std::string text = lines.substr(0, length);
+        for (const char* place : changed)
+            ++text[text.find(place) + std::string_view(place).size()];
+        folder.write("other", {text.begin(), text.end()});
+        return run_recorder("--compare " + other, folder);
+    };
+    EXPECT_EQ(compare(lines.size(), {}), 0) << text_in(folder, "err");
+    EXPECT_EQ(compare(lines.size(), {"frame 7 0.116667 ", "frame 8 0.133333 ", "sound 1 "}), 1);
+    const std::string said = text_in(folder, "out");
+    EXPECT_NE(said.find("2 of 90 frames and 1 of 2 seconds of sound differ"), std::string::npos) << said;
+    EXPECT_NE(said.find("the first: part show 0 60 1.5, frame 7 0.116667 s"), std::string::npos) << said;
+    EXPECT_EQ(compare(lines.size() - 4, {}), 2); // without its end
+    EXPECT_EQ(compare(lines.size() / 2, {}), 2);
+    EXPECT_EQ(compare(lines.size(), {"part show 0 6"}), 2); // another rate
+    EXPECT_EQ(run_recorder("--compare " + folder.path("none"), folder), 2);
 }
 
 TEST(recorder, wrong_words_end_with_2_and_one_line) {
@@ -162,7 +212,12 @@ TEST(recorder, words_that_can_not_be_meant_are_an_error) {
                                                       {"--sheet", "a.png", "--every", "0"},
                                                       {"--sheet", "a.png", "--every", "0.01"},
                                                       {"--sheet", "a.png", "--columns", "0"},
-                                                      {"--fps", "30"}};
+                                                      {"--fps", "30"},
+                                                      {"--hashes", ""},
+                                                      {"--hashes", "a", "--compare", "a"},
+                                                      {"--hashes", "a", "--sheet", "a.png"},
+                                                      {"--hashes", "a", "--metaballs", "3", "--to", "3"},
+                                                      {"--compare", "a", "--fps", "30"}};
     for (const auto& words : wrong) {
         std::string line;
         for (const char* word : words)

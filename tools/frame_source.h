@@ -20,6 +20,9 @@ struct frame_source {
     // in order. The picture stays until the next call.
     std::function<gtex(std::int64_t frame)> draw = {};
 
+    // Where the frames are composed: the words that lie behind the last picture, with their top bytes.
+    gtex canvas = {};
+
     std::vector<placed_track> tracks = {}; // its music; none: a source without sound
 };
 

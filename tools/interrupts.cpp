@@ -5,10 +5,10 @@
 
 namespace {
 
-volatile std::sig_atomic_t asked_to_end = 0;
+volatile std::sig_atomic_t ending_signal = 0;
 
-void note(int) {
-    asked_to_end = 1;
+void note(int signal) {
+    ending_signal = signal;
 }
 
 void handle(int signal, void (*handler)(int)) {
@@ -27,6 +27,6 @@ void catch_interrupts() {
         handle(signal, SIG_IGN);
 }
 
-bool interrupted() {
-    return asked_to_end != 0;
+int interrupted() {
+    return ending_signal;
 }

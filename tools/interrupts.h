@@ -5,5 +5,5 @@
 // beyond its limit is an error of the write that meets it.
 void catch_interrupts();
 
-// Whether such a signal has come.
-bool interrupted();
+// The number of such a signal that has come, the last one's; 0: none.
+int interrupted();

@@ -61,12 +61,15 @@ class metaball_show {
             surface_.spheres_step(static_cast<float>(pace / fps_));
         move_lights(static_cast<double>(frame) / fps_);
         turn_faces(*surface_.polygonise());
-        const gtex picture =
-            gtex_wrap(pixels_.data() + letterbox_rows * frame_columns, frame_columns, frame_rows);
+        const gtex picture = canvas();
         gtex_fill(picture, backdrop);
         raster_clear_depth();
         scene_.scene_render(picture.pixels);
         return gtex_wrap(pixels_.data(), frame_columns, console_rows);
+    }
+
+    gtex canvas() {
+        return gtex_wrap(pixels_.data() + letterbox_rows * frame_columns, frame_columns, frame_rows);
     }
 
   private:
@@ -129,6 +132,7 @@ frame_source metaballs(std::int32_t balls, double seconds, std::int32_t fps) {
     frame_source source{
         .width = frame_columns, .height = console_rows, .black_rows = letterbox_rows, .fps = fps};
     source.end = seconds;
+    source.canvas = all->canvas();
     source.draw = [all](std::int64_t frame) { return all->draw_up_to(frame); };
     return source;
 }

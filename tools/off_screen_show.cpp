@@ -1,5 +1,7 @@
 #include "tools/off_screen_show.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 
 #include "driver/chain.h"
@@ -60,11 +62,20 @@ void off_screen_show::draw_closing_up_to(std::int64_t frame) {
         draw(closing_, end + next_closing_frame_ * ticks_a_frame);
 }
 
+// The movement of `show_time`; null when the show is over.
+const movement* off_screen_show::movement_now() const {
+    const movement* timed = movement_at(show_time);
+    if (timed != nullptr || closing_seconds_ <= 0) return timed;
+    const auto all = closing_movements();
+    const double past = std::floor((static_cast<double>(show_time) - length()) / closing_seconds_);
+    return &all[std::min(static_cast<std::size_t>(trunc_to_int64(past)), all.size() - 1)];
+}
+
 // Null stands for the movement of that time.
 void off_screen_show::draw(const movement* what, std::int64_t tick) {
     clock_.set(tick);
     if (tick > 0) clock_tick(); // the first frame is drawn at 0
-    if (what == nullptr) what = movement_at(show_time);
+    if (what == nullptr) what = movement_now();
     if (what == nullptr) return;
     show_.screen.pixels = console_.pixels;
     what->draw(show_, show_time);

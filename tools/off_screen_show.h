@@ -23,6 +23,10 @@ class off_screen_show {
     // drawn already isn't drawn again.
     void draw_up_to(std::int64_t frame);
 
+    // From here on the closing movements follow the timed show as they do in a run, each for `seconds`, the
+    // last one for ever. For `draw_up_to` alone.
+    void let_closing_movements_follow(double seconds) { closing_seconds_ = seconds; }
+
     // Draws what is left of the timed show and goes over to the closing movement with the given number, 3 to
     // 6; each one before it gets the last second before the end of the timed show, for it leaves its traces.
     void enter_closing(int number);
@@ -33,10 +37,14 @@ class off_screen_show {
     // The console's picture, 512 by 384 words, letterbox included.
     gtex picture() const { return console_; }
 
+    // The frame as it was composed, 512 by 288 words with their top bytes. The record stays the same.
+    gtex canvas() const { return show_.canvas; }
+
     // Seconds at which the last timed movement ends.
     static double length();
 
   private:
+    const movement* movement_now() const;
     void draw(const movement* what, std::int64_t tick);
 
     std::int32_t fps_;
@@ -45,6 +53,7 @@ class off_screen_show {
     std::vector<std::uint32_t> pixels_;
     gtex console_;
     std::int64_t next_frame_ = 0;
+    double closing_seconds_ = 0; // of each closing movement that follows; 0: none does
     const movement* closing_ = nullptr;
     std::int64_t next_closing_frame_ = 0;
 };

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "driver/data_files.h"
+#include "tools/hash_file.h"
 #include "tools/metaballs_source.h"
 #include "tools/off_screen_show.h"
 #include "tools/record_options.h"
@@ -10,6 +11,14 @@
 #include "tools/show_source.h"
 
 namespace {
+
+std::vector<hashed_part> parts_of(const record_options& options) {
+    const std::int32_t fps = options.fps;
+    if (options.metaballs != 0) return {{part_kind::metaballs, options.metaballs, fps, options.seconds}};
+    if (options.movement != 0) return {{part_kind::movement, options.movement, fps, options.seconds}};
+    if (options.to) return {{part_kind::show, 0, fps, *options.to}};
+    return every_part(fps);
+}
 
 frame_source source_of(const record_options& options) {
     if (options.metaballs != 0) return metaballs(options.metaballs, options.seconds, options.fps);
@@ -34,6 +43,8 @@ int main(int count, char** words) {
         std::printf("morvane-record %s\n", MORVANE_VERSION);
         return 0;
     }
+    if (!options.compare.empty()) return compare_hashes(options.compare);
+    if (!options.hashes.empty()) return write_hashes(options.hashes, parts_of(options));
     if (options.metaballs == 0 && report_missing_files() > 0) return 1;
     return record(options, source_of(options));
 }

@@ -25,6 +25,14 @@ const char* const record_usage =
     "  --sheet FILE.png           a contact sheet, the time under each picture\n"
     "  --every SECONDS            from picture to picture of the sheet (5)\n"
     "  --columns N                pictures in a row of the sheet, 1 to 50 (6)\n"
+    "  --hashes FILE              a file of hashes, to compare later drawings with: a line for each frame "
+    "and\n"
+    "                             for each second of sound. Of the show, then of each closing movement for\n"
+    "                             20 seconds, then of 12 metaballs for 20 seconds; with --to, --movement or\n"
+    "                             --metaballs of that alone\n"
+    "  --compare FILE             draw again what such a file tells of and print which frames and seconds "
+    "of\n"
+    "                             sound differ. Exit code 0: none, 1: some do, 2: it could not be compared\n"
     "  --from SECONDS             where film and sheet begin (the start of the show)\n"
     "  --to SECONDS               where they end (the end of the show)\n"
     "  --fps N                    frames a second, 1 to 240 (60)\n"
@@ -38,7 +46,6 @@ const char* const record_usage =
 
 namespace {
 
-constexpr double most_seconds = 3600;
 constexpr double most_pictures = 1000; // of a sheet
 
 std::string quoted(std::string_view word) {
@@ -105,7 +112,7 @@ class reader {
         else if (word == "--columns")
             whole(word, 1, 50, options_.columns);
         else if (word == "--fps")
-            whole(word, 1, 240, options_.fps);
+            whole(word, 1, most_fps, options_.fps);
         else if (word == "--movement")
             whole(word, 3, 6, options_.movement);
         else if (word == "--metaballs")
@@ -149,11 +156,16 @@ class reader {
             one.path = take();
             return true;
         }
-        if (word != "--sheet") return false;
-        if (words_.empty())
-            fail("--sheet takes a file");
+        return file(word, "--sheet", options_.sheet) || file(word, "--hashes", options_.hashes) ||
+               file(word, "--compare", options_.compare);
+    }
+
+    bool file(std::string_view word, std::string_view option, std::string& path) {
+        if (word != option) return false;
+        if (words_.empty() || *words_.front() == 0)
+            fail(std::string(option) + " takes a file");
         else
-            options_.sheet = take();
+            path = take();
         return true;
     }
 
@@ -181,13 +193,20 @@ std::string pointless(const record_options& options, const reader& words) {
         const char* what;
     };
     const bool film = !options.film.empty(), sheet = !options.sheet.empty();
+    const bool hashes = !options.hashes.empty(), compare = !options.compare.empty();
+    const bool timed = options.movement == 0 && options.metaballs == 0;
+    if (hashes + compare + (film || sheet || !options.stills.empty()) > 1)
+        return "--hashes and --compare go alone";
     const std::array needs{
         need{"--scale", film, "a film"},
         need{"--no-sound", film, "a film"},
         need{"--every", sheet, "--sheet"},
         need{"--columns", sheet, "--sheet"},
         need{"--from", film || sheet, "a film or --sheet"},
-        need{"--to", film || sheet, "a film or --sheet"},
+        need{"--to", film || sheet || (hashes && timed), "a film, --sheet or --hashes of the timed show"},
+        need{"--fps", !compare, "all but --compare, whose file tells them"},
+        need{"--movement", !compare, "all but --compare, whose file tells it"},
+        need{"--metaballs", !compare, "all but --compare, whose file tells them"},
         need{"--seconds", options.movement != 0 || options.metaballs != 0, "--movement or --metaballs"},
         need{"--movement", options.metaballs == 0, "the show, not with --metaballs"},
     };
@@ -227,7 +246,8 @@ record_options read_record_options(std::span<const char* const> words, double sh
     reader all(words, options);
     all.read();
     if (!options.error.empty() || options.help || options.version) return options;
-    if (options.film.empty() && options.stills.empty() && options.sheet.empty())
+    if (options.film.empty() && options.stills.empty() && options.sheet.empty() && options.hashes.empty() &&
+        options.compare.empty())
         options.error = "nothing to record";
     if (options.error.empty()) options.error = pointless(options, all);
     if (options.error.empty()) options.error = misplaced(options, range_of(options, show_length));

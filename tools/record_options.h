@@ -7,6 +7,9 @@
 #include <string>
 #include <vector>
 
+inline constexpr double most_seconds = 3600;
+inline constexpr std::int32_t most_fps = 240;
+
 struct still {
     double seconds = 0;
     std::string path;
@@ -28,7 +31,10 @@ struct record_options {
     double every = 5;  // seconds from picture to picture of the sheet
     std::int32_t columns = 6;
 
-    // The stretch of film and sheet; by default all.
+    // Or, alone, a file of hashes that is written or compared with; empty: none.
+    std::string hashes, compare;
+
+    // The stretch of film and sheet; by default all. Hashes of the timed show have an end.
     std::optional<double> from, to;
 
     bool help = false;

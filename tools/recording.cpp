@@ -45,7 +45,7 @@ class film_job {
         const std::vector<placed_track> none;
         const auto& tracks = options_.sound ? source_.tracks : none;
         for (const std::string& line : sound_track::trouble(tracks, from, to))
-            good(line);
+            good(line + "; the film is silent there");
         return good(with_name(options_.film, writer_.open({.path = options_.film,
                                                            .width = source_.width,
                                                            .height = source_.height,
@@ -163,7 +163,7 @@ bool pass(const frame_source& source, jobs& all, std::int64_t begin, std::int64_
     if (begin >= end) return true;
     const bool terminal = isatty(STDOUT_FILENO) == 1;
     progress shown(stdout, terminal, work, end - begin);
-    for (std::int64_t frame = begin; frame < end && !interrupted(); ++frame) {
+    for (std::int64_t frame = begin; frame < end && interrupted() == 0; ++frame) {
         std::string news;
         const std::string problem = take(all, frame, source.draw(frame), news);
         if (!news.empty() || !problem.empty()) shown.clear();

@@ -36,10 +36,16 @@ std::int32_t drawn_frames_each(std::int32_t fps) {
 }
 
 frame_source timed_show(std::int32_t fps) {
+    return whole_run(0, fps);
+}
+
+frame_source whole_run(double seconds, std::int32_t fps) {
     const std::int32_t drawn = drawn_frames_each(fps);
     const auto all = std::make_shared<off_screen_show>(fps * drawn);
+    all->let_closing_movements_follow(seconds);
     frame_source source = console_source(fps);
-    source.end = off_screen_show::length();
+    source.end = off_screen_show::length() + seconds * static_cast<double>(closing_movements().size());
+    source.canvas = all->canvas();
     source.tracks = music_of_the_show();
     source.draw = [all, drawn](std::int64_t frame) {
         all->draw_up_to(frame * drawn);
@@ -56,6 +62,7 @@ frame_source closing_show(int number, double seconds, std::int32_t fps) {
     source.lead = lead;
     source.start = off_screen_show::length();
     source.end = source.start + seconds;
+    source.canvas = all->canvas();
     source.draw = [all, drawn, lead, number](std::int64_t frame) {
         if (frame == lead) all->enter_closing(number);
         if (frame < lead)

@@ -13,3 +13,7 @@ frame_source timed_show(std::int32_t fps);
 // One of the closing movements, 3 to 6, for `seconds`, from the end of the timed show on. The show and the
 // closing movements before it, a second of each, lead up to it. No music plays there.
 frame_source closing_show(int number, double seconds, std::int32_t fps);
+
+// The timed show with its music, and behind it all closing movements as they follow in a run, each for
+// `seconds`.
+frame_source whole_run(double seconds, std::int32_t fps);

@@ -22,7 +22,7 @@ std::vector<std::string> sound_track::trouble(std::span<const placed_track> trac
         if (each.end <= from || each.start >= to) continue;
         track_decoder decoder;
         const std::string problem = decoder.open(each.path, 44100);
-        if (!problem.empty()) lines.push_back(each.path + ": " + problem + "; the film is silent there");
+        if (!problem.empty()) lines.push_back(each.path + ": " + problem);
     }
     return lines;
 }
