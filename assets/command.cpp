@@ -2,6 +2,7 @@
 
 #include "assets/data_tree.h"
 #include "assets/makers.h"
+#include "tools/kit/interrupts.h"
 
 namespace assets {
 namespace {
@@ -29,6 +30,7 @@ int list(std::FILE* out) {
 }
 
 int make(std::string_view directory, std::FILE* out, std::FILE* err) {
+    end_on_interrupts();
     const std::size_t count = makers().size();
     std::size_t seen = 0;
     auto report = [&](std::string_view path, bool made) {

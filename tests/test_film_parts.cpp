@@ -171,31 +171,6 @@ TEST(film_progress, tells_share_speed_and_time_left) {
     EXPECT_EQ(progress_text("drawing", 0, 1200, 0), "drawing   0%, 0 frames a second");
 }
 
-TEST(film_progress, is_a_line_every_ten_percent_in_a_pipe_and_one_line_on_a_terminal) {
-    const auto text_of = [](bool terminal, std::int64_t total) {
-        std::FILE* file = std::tmpfile();
-        progress shown(file, terminal, "filming", total);
-        for (std::int64_t i = 1; i <= total; ++i)
-            shown.done(i);
-        shown.clear();
-        std::string text;
-        std::rewind(file);
-        for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file))
-            text.push_back(static_cast<char>(c));
-        std::fclose(file);
-        return text;
-    };
-    const std::string lines = text_of(false, 1234);
-    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 10);
-    EXPECT_EQ(lines.rfind("filming 100%"), lines.rfind("filming"));
-    const std::string few = text_of(false, 3);
-    EXPECT_EQ(std::count(few.begin(), few.end(), '\n'), 3);
-    const std::string line = text_of(true, 1234);
-    EXPECT_EQ(line.find('\n'), std::string::npos);
-    EXPECT_TRUE(line.starts_with("\rfilming"));
-    EXPECT_TRUE(line.ends_with(' ' + std::string("\r")));
-}
-
 TEST(film_of_a_closing_movement, stands_at_the_end_of_the_show) {
     go_to_data_tree();
     captured_output quiet;

@@ -27,11 +27,11 @@ constexpr encoder_choice mp3{"libmp3lame", {{{"b", "192000"}}}};
 constexpr encoder_choice pcm{"pcm_s16le"};
 
 constexpr film_format formats[] = {
-    {".mp4", "mp4", {h264, mpeg4}, {aac}, 44100, sound_start::by_times},
-    {".mkv", "matroska", {h264, mpeg4}, {aac}, 44100, sound_start::by_times},
-    {".webm", "webm", {vp9, vp8}, {opus}, 48000, sound_start::by_head},
+    {".mp4", "mp4", {h264, mpeg4}, {aac}, 44100, sound_start::by_times, true},
+    {".mkv", "matroska", {h264, mpeg4}, {aac}, 44100, sound_start::by_times, false},
+    {".webm", "webm", {vp9, vp8}, {opus}, 48000, sound_start::by_head, false},
     // Old players of this container know nothing of frames out of their order.
-    {".avi", "avi", {xvid}, {mp3, pcm}, 44100, sound_start::unknown},
+    {".avi", "avi", {xvid}, {mp3, pcm}, 44100, sound_start::unknown, true},
 };
 
 bool equal(char a, char b) {
@@ -44,12 +44,14 @@ std::span<const film_format> film_formats() {
     return formats;
 }
 
+bool has_extension(std::string_view path, std::string_view extension) {
+    return path.size() > extension.size() &&
+           std::ranges::equal(path.substr(path.size() - extension.size()), extension, equal);
+}
+
 const film_format* film_format_of(std::string_view path) {
-    for (const film_format& each : formats) {
-        const std::string_view extension = each.extension;
-        if (path.size() <= extension.size()) continue; // an extension alone is no name
-        if (std::ranges::equal(path.substr(path.size() - extension.size()), extension, equal)) return &each;
-    }
+    for (const film_format& each : formats)
+        if (has_extension(path, each.extension)) return &each;
     return nullptr;
 }
 

@@ -35,9 +35,13 @@ struct film_format {
     std::array<encoder_choice, 2> audio;
     std::int32_t audio_rate; // samples a second
     sound_start start;
+    bool seeks; // its head is written last
 };
 
 std::span<const film_format> film_formats();
+
+// Whether `path` ends with `extension`, which is in lower case, and has something before it.
+bool has_extension(std::string_view path, std::string_view extension);
 
 // The format of a film called `path`, by its extension in upper or lower case; null if there is none.
 const film_format* film_format_of(std::string_view path);

@@ -41,11 +41,14 @@ std::string film_writer::open(const film_settings& settings) {
     if (format_ == nullptr) return "not a kind of film that can be written";
     fps_ = settings.fps;
     file_.emplace(settings.path);
-    if (std::string obstacle = file_->obstacle(); !obstacle.empty()) return obstacle;
+    if (file_->direct() && format_->seeks)
+        return "this kind of film can't be written to a device or pipe; .mkv and .webm can";
+    if (std::string problem = file_->open(); !problem.empty()) return problem;
 
     AVFormatContext* container = nullptr;
     // A name with a protocol, so that no name of a file is taken for one.
-    const std::string name = "file:" + file_->name();
+    const std::string name =
+        file_->direct() ? "pipe:" + std::to_string(file_->descriptor()) : "file:" + file_->name();
     const int code = avformat_alloc_output_context2(&container, nullptr, format_->container, name.c_str());
     if (code < 0) return ffmpeg_error(code);
     container_.reset(container);

@@ -11,8 +11,8 @@
 #include "tools/audio_encoder.h"
 #include "tools/ffmpeg_kit.h"
 #include "tools/film_format.h"
+#include "tools/kit/output_file.h"
 #include "tools/sound_track.h"
-#include "tools/unfinished_file.h"
 #include "tools/video_encoder.h"
 
 struct film_settings {
@@ -25,7 +25,8 @@ struct film_settings {
 };
 
 // All functions return an empty text or the reason of the failure, which ends the film: nothing is left of it
-// under any name once the writer has gone.
+// under any name once the writer has gone. A device or a pipe takes the film as it comes, and refuses those
+// kinds that are not written from front to back.
 class film_writer {
   public:
     std::string open(const film_settings& settings);
@@ -53,7 +54,7 @@ class film_writer {
     std::int32_t fps_ = 0;
     std::int64_t frames_ = 0; // added so far
     int audio_delay_ = 0;     // samples by which the sound's times are moved
-    std::optional<unfinished_file> file_;
+    std::optional<output_file> file_;
     std::unique_ptr<AVFormatContext, container_deleter> container_;
     std::optional<video_encoder> video_;
     std::optional<audio_encoder> audio_;

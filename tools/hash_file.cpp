@@ -1,17 +1,15 @@
 #include "tools/hash_file.h"
 
 #include <array>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <fstream>
-#include <memory>
 #include <optional>
+#include <utility>
 
 #include "driver/data_files.h"
 #include "tools/hash_lines.h"
-#include "tools/interrupts.h"
-#include "tools/unfinished_file.h"
+#include "tools/kit/interrupts.h"
+#include "tools/kit/output_file.h"
 
 namespace {
 
@@ -19,6 +17,7 @@ constexpr const char* header = "morvane-hashes 1";
 constexpr double each_seconds = 20;
 constexpr std::int32_t each_balls = 12;
 constexpr int trouble = 2;
+constexpr std::size_t write_size = 1 << 16;
 
 int complain(const std::string& path, const std::string& problem, int code) {
     std::fprintf(stderr, "morvane-record: %s: %s\n", path.c_str(), problem.c_str());
@@ -35,10 +34,6 @@ std::optional<frame_source> checked_source(const hashed_part& part) {
     if (!lines.empty()) return {};
     return source;
 }
-
-struct file_closer {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
 
 // How many lines of a kind there were and how many of them differ, and the run of differing ones that has
 // not been told yet.
@@ -119,7 +114,7 @@ class comparison {
         report_.clear();
         if (!fits) return odd_line();
         if (interrupted() != 0)
-            return complain(path_, "interrupted, not compared to its end", 128 + interrupted());
+            return complain(path_, "interrupted, not compared to its end", interrupted_exit_code());
         add(frames, all_frames_);
         add(sounds, all_sounds_);
         return 0;
@@ -164,28 +159,28 @@ std::vector<hashed_part> every_part(std::int32_t fps) {
 
 int write_hashes(const std::string& path, const std::vector<hashed_part>& parts) {
     catch_interrupts();
-    unfinished_file output(path);
-    if (const std::string obstacle = output.obstacle(); !obstacle.empty()) return complain(path, obstacle, 1);
-    std::unique_ptr<std::FILE, file_closer> file(std::fopen(output.name().c_str(), "wb"));
-    if (!file) return complain(path, std::strerror(errno), 1);
-    std::fprintf(file.get(), "%s\n", header);
+    output_file output(path);
+    std::string problem = output.open(), text = std::string(header) + "\n";
     std::int64_t frames = 0, sounds = 0;
     for (const hashed_part& part : parts) {
+        if (!problem.empty()) break;
         const std::optional<frame_source> source = checked_source(part);
         if (!source) return 1;
-        std::fprintf(file.get(), "part %s\n", part_text(part).c_str());
+        text += "part " + part_text(part) + "\n";
         draw_hash_lines(*source, "hashing", [&](const hash_line& line) {
             ++(line.frame ? frames : sounds);
-            return std::fprintf(file.get(), "%s %s\n", line.place.c_str(), line.hashes.c_str()) > 0;
+            text += line.place + " " + line.hashes + "\n";
+            if (text.size() >= write_size) problem = output.write(std::exchange(text, {}));
+            return problem.empty();
         });
-        if (interrupted() != 0) return complain(path, "interrupted, not written", 128 + interrupted());
+        if (interrupted() != 0) return complain(path, "interrupted, not whole", interrupted_exit_code());
     }
-    std::fprintf(file.get(), "end\n");
-    const bool written = std::ferror(file.get()) == 0;
-    if (std::fclose(file.release()) != 0 || !written) return complain(path, std::strerror(errno), 1);
-    if (const std::string problem = output.finish(); !problem.empty()) return complain(path, problem, 1);
-    std::printf("%s: hashes of %lld frames and %lld seconds of sound\n", path.c_str(),
-                static_cast<long long>(frames), static_cast<long long>(sounds));
+    if (problem.empty()) problem = output.write(text + "end\n");
+    if (problem.empty()) problem = output.finish();
+    if (!problem.empty()) return complain(path, problem, interrupted() == 0 ? 1 : interrupted_exit_code());
+    if (!output.direct())
+        std::printf("%s: hashes of %lld frames and %lld seconds of sound\n", path.c_str(),
+                    static_cast<long long>(frames), static_cast<long long>(sounds));
     return 0;
 }
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "math/numbers.h"
-#include "tools/interrupts.h"
+#include "tools/kit/interrupts.h"
 #include "tools/progress.h"
 #include "tools/word_hash.h"
 
@@ -41,13 +41,14 @@ hash_line line_of(const frame_source& source, std::int64_t frame, gtex picture,
 
 bool frame_lines(const frame_source& source, const char* work, const hash_sink& sink) {
     const std::int64_t end = frame_from(source, source.end);
-    progress shown(stdout, isatty(STDOUT_FILENO) == 1, work, std::max(end, std::int64_t{1}));
+    const bool terminal = isatty(STDERR_FILENO) == 1; // the lines may go to standard output
+    progress shown(stderr, terminal, work, std::max(end, std::int64_t{1}));
     std::vector<std::uint32_t> colours;
     for (std::int64_t frame = 0; frame < end; ++frame) {
         const gtex picture = source.draw(frame);
         bool more = interrupted() == 0;
         if (more && frame >= source.lead) more = sink(line_of(source, frame, picture, colours));
-        shown.done(frame + 1);
+        if (terminal) shown.done(frame + 1);
         if (!more) {
             shown.clear();
             return false;

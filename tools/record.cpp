@@ -1,9 +1,13 @@
 // morvane-record: films, pictures and contact sheets of the show, drawn without a display.
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 #include "driver/data_files.h"
 #include "tools/hash_file.h"
+#include "tools/kit/unfinished_names.h"
 #include "tools/metaballs_source.h"
 #include "tools/off_screen_show.h"
 #include "tools/record_options.h"
@@ -26,6 +30,29 @@ frame_source source_of(const record_options& options) {
     return timed_show(options.fps);
 }
 
+// A reader of the show's files ends the process where it can't go on, some with 0, which would say here that
+// all went well.
+int code_of_sudden_end = 1;
+bool ended_well = false;
+
+void at_end() {
+    if (ended_well) return;
+    remove_unfinished();
+    std::fflush(nullptr);
+    _exit(code_of_sudden_end);
+}
+
+int run(const record_options& options) {
+    if (const int code = check_outputs(options); code != 0) return code;
+    if (!options.compare.empty()) {
+        code_of_sudden_end = 2;
+        return compare_hashes(options.compare);
+    }
+    if (!options.hashes.empty()) return write_hashes(options.hashes, parts_of(options));
+    if (options.metaballs == 0 && report_missing_files() > 0) return 1;
+    return record(options, source_of(options));
+}
+
 } // namespace
 
 int main(int count, char** words) {
@@ -43,8 +70,8 @@ int main(int count, char** words) {
         std::printf("morvane-record %s\n", MORVANE_VERSION);
         return 0;
     }
-    if (!options.compare.empty()) return compare_hashes(options.compare);
-    if (!options.hashes.empty()) return write_hashes(options.hashes, parts_of(options));
-    if (options.metaballs == 0 && report_missing_files() > 0) return 1;
-    return record(options, source_of(options));
+    std::atexit(at_end);
+    const int code = run(options);
+    ended_well = true;
+    return code;
 }

@@ -8,6 +8,7 @@
 
 #include "tools/film_format.h"
 #include "tools/metaballs_source.h"
+#include "tools/picture_file.h"
 
 const char* const record_usage =
     "Usage: morvane-record [FILE] [OPTION]...\n"
@@ -15,8 +16,11 @@ const char* const record_usage =
     "contact sheet, or all of these at once. Reads the data tree in the working directory.\n"
     "\n"
     "  FILE                       film the show: .mp4 and .mkv (H.264, AAC), .webm (VP9, Opus) or\n"
-    "                             .avi (MPEG-4, MP3). Ctrl-C ends the film early; what was filmed can be "
-    "played\n"
+    "                             .avi (MPEG-4, MP3). Ctrl-C cuts the film, which can be played all the "
+    "same\n"
+    "                             (exit code 130; 143 by SIGTERM). A device or a pipe, as a film's name, "
+    "takes\n"
+    "                             .mkv and .webm\n"
     "  --scale N                  enlarge the 512x384 picture by a whole factor, 1 to 8 (2). An odd one "
     "loses\n"
     "                             sharpness of colour\n"
@@ -154,10 +158,14 @@ class reader {
             still& one = options_.stills.emplace_back();
             seconds(word, 0, one.seconds);
             one.path = take();
+            check_picture(one.path);
             return true;
         }
-        return file(word, "--sheet", options_.sheet) || file(word, "--hashes", options_.hashes) ||
-               file(word, "--compare", options_.compare);
+        if (file(word, "--sheet", options_.sheet)) {
+            check_picture(options_.sheet);
+            return true;
+        }
+        return file(word, "--hashes", options_.hashes) || file(word, "--compare", options_.compare);
     }
 
     bool file(std::string_view word, std::string_view option, std::string& path) {
@@ -167,6 +175,10 @@ class reader {
         else
             path = take();
         return true;
+    }
+
+    void check_picture(const std::string& path) {
+        if (!is_picture_path(path)) fail(quoted(path) + " is no picture: its name ends in .png");
     }
 
     void rest(std::string_view word) {
@@ -239,6 +251,15 @@ time_range range_of(const record_options& options, double show_length) {
     if (options.metaballs != 0) return {.start = 0, .end = options.seconds};
     if (options.movement != 0) return {.start = show_length, .end = show_length + options.seconds};
     return {.start = 0, .end = show_length};
+}
+
+std::vector<std::string> outputs(const record_options& options) {
+    std::vector<std::string> paths;
+    for (const std::string& each : {options.film, options.sheet, options.hashes})
+        if (!each.empty()) paths.push_back(each);
+    for (const still& each : options.stills)
+        paths.push_back(each.path);
+    return paths;
 }
 
 record_options read_record_options(std::span<const char* const> words, double show_length) {

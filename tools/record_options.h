@@ -53,4 +53,7 @@ time_range range_of(const record_options& options, double show_length);
 // bounds.
 record_options read_record_options(std::span<const char* const> words, double show_length);
 
+// The paths of all files that are to be made.
+std::vector<std::string> outputs(const record_options& options);
+
 extern const char* const record_usage;

@@ -12,7 +12,8 @@
 #include "math/numbers.h"
 #include "tools/contact_sheet.h"
 #include "tools/film_writer.h"
-#include "tools/interrupts.h"
+#include "tools/kit/interrupts.h"
+#include "tools/kit/output_file.h"
 #include "tools/picture_file.h"
 #include "tools/progress.h"
 
@@ -25,7 +26,8 @@ bool good(const std::string& problem) {
 }
 
 // Each of the three below takes the frames that it needs of those that pass. `take` returns an empty text or
-// what went wrong, with the name of the file; the functions that return a bool complain themselves.
+// what went wrong, with the name of the file; the functions that return a bool complain themselves, also
+// about what an interruption cut, which is no failure of theirs.
 
 std::string with_name(const std::string& path, const std::string& problem) {
     return problem.empty() ? problem : path + ": " + problem;
@@ -62,12 +64,19 @@ class film_job {
     }
 
     bool finish() {
-        const bool empty = next_ == first_;
-        if (!good(with_name(options_.film, empty ? "ended before its first picture" : writer_.finish())))
-            return false;
-        std::printf("%s: %s%.2f seconds of film, %lld frames\n", options_.film.c_str(),
-                    next_ < end_ ? "ended early, " : "", static_cast<double>(next_ - first_) / source_.fps,
-                    static_cast<long long>(next_ - first_));
+        if (next_ == first_) {
+            good(with_name(options_.film, "interrupted before its first picture"));
+            return true;
+        }
+        if (!good(with_name(options_.film, writer_.finish()))) return false;
+        const double seconds = static_cast<double>(next_ - first_) / source_.fps;
+        std::printf("%s: ", options_.film.c_str());
+        if (next_ < end_)
+            std::printf("cut by the interruption, %.2f of %.2f seconds of film", seconds,
+                        static_cast<double>(end_ - first_) / source_.fps);
+        else
+            std::printf("%.2f seconds of film", seconds);
+        std::printf(", %lld frames\n", static_cast<long long>(next_ - first_));
         return true;
     }
 
@@ -123,9 +132,11 @@ class sheet_job {
     }
 
     bool finish() {
-        const std::string problem =
-            done_ < count_ ? "ended before its last picture" : write_picture(options_.sheet, sheet_.sheet());
-        if (!good(with_name(options_.sheet, problem))) return false;
+        if (done_ < count_) {
+            good(with_name(options_.sheet, "interrupted before its last picture"));
+            return true;
+        }
+        if (!good(with_name(options_.sheet, write_picture(options_.sheet, sheet_.sheet())))) return false;
         std::printf("%s: %d pictures\n", options_.sheet.c_str(), static_cast<int>(count_));
         return true;
     }
@@ -158,21 +169,24 @@ std::string take(jobs& all, std::int64_t frame, gtex picture, std::string& news)
     return problem.empty() ? all.stills.take(frame, picture, news) : problem;
 }
 
+enum class passed { whole, cut, failed };
+
 // Draws the frames from `begin` to before `end`, and all take what they need.
-bool pass(const frame_source& source, jobs& all, std::int64_t begin, std::int64_t end, const char* work) {
-    if (begin >= end) return true;
+passed pass(const frame_source& source, jobs& all, std::int64_t begin, std::int64_t end, const char* work) {
+    if (begin >= end) return passed::whole;
     const bool terminal = isatty(STDOUT_FILENO) == 1;
     progress shown(stdout, terminal, work, end - begin);
-    for (std::int64_t frame = begin; frame < end && interrupted() == 0; ++frame) {
+    std::int64_t frame = begin;
+    for (; frame < end && interrupted() == 0; ++frame) {
         std::string news;
         const std::string problem = take(all, frame, source.draw(frame), news);
         if (!news.empty() || !problem.empty()) shown.clear();
         std::fputs(news.c_str(), stdout);
-        if (!good(problem)) return false;
+        if (!good(problem)) return passed::failed;
         if (terminal || all.film) shown.done(frame + 1 - begin);
     }
     shown.clear();
-    return true;
+    return frame < end ? passed::cut : passed::whole;
 }
 
 } // namespace
@@ -182,17 +196,31 @@ int record(const record_options& options, const frame_source& source) {
     if (!options.film.empty()) all.film.emplace(options, source);
     if (!options.sheet.empty()) all.sheet.emplace(options, source);
     catch_interrupts();
-    if (all.film && !all.film->open()) return 1;
+    if (all.film && !all.film->open()) return interrupted() == 0 ? 1 : interrupted_exit_code();
 
     const std::int64_t before = all.film ? all.film->first() : 0;
     const std::int64_t end =
         std::max({all.film ? all.film->end() : 0, all.stills.end(), all.sheet ? all.sheet->end() : 0});
-    if (!pass(source, all, 0, before, "drawing") ||
-        !pass(source, all, before, end, all.film ? "filming" : "drawing"))
-        return 1;
+    passed drawn = pass(source, all, 0, before, "drawing");
+    if (drawn == passed::whole) drawn = pass(source, all, before, end, all.film ? "filming" : "drawing");
+    if (drawn == passed::failed) return 1;
     // What could be made is kept, whatever became of the rest.
     const bool film = !all.film || all.film->finish();
     const bool sheet = !all.sheet || all.sheet->finish();
-    const bool stills = good(all.stills.whole() ? "" : "ended before the last still");
-    return film && sheet && stills ? 0 : 1;
+    if (!all.stills.whole()) good("interrupted before the last still");
+    if (!film || !sheet) return 1;
+    return drawn == passed::cut ? interrupted_exit_code() : 0;
+}
+
+int check_outputs(const record_options& options) {
+    const std::vector<std::string> paths = outputs(options);
+    for (std::size_t i = 0; i < paths.size(); ++i)
+        for (std::size_t k = 0; k < i; ++k)
+            if (output_file::same(paths[k], paths[i])) {
+                good(with_name(paths[i], "two outputs can't have one name"));
+                return 2;
+            }
+    for (const std::string& path : paths)
+        if (!good(with_name(path, output_file(path).obstacle()))) return 1;
+    return 0;
 }
