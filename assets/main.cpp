@@ -3,8 +3,10 @@
 #include <vector>
 
 #include "assets/command.h"
+#include "platform/program.h"
 
 int main(int count, char** words) {
+    program::start("morvane-data");
     const std::vector<std::string_view> rest(words + std::min(count, 1), words + count);
     return assets::run_command(rest, stdout, stderr);
 }

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "driver/frame_clock.h"
+#include "platform/program.h"
 
 std::array<float, 250> mark_times{};
 std::int32_t mark_count = 0;
@@ -14,7 +15,7 @@ std::int32_t mark_count = 0;
 namespace {
 
 [[noreturn]] void give_up(const char* path) {
-    std::fprintf(stderr, "morvane: can't write %s: %s\n", path, std::strerror(errno));
+    program::complain(path, std::strerror(errno));
     std::exit(1);
 }
 

@@ -10,6 +10,7 @@
 
 #include "math/numbers.h"
 #include "object/asc_scanner.h"
+#include "platform/program.h"
 
 namespace {
 
@@ -180,6 +181,6 @@ bool object_load(const std::string& path, object& mesh) {
         problem = object_read_asc(text, mesh);
     else
         make_empty(mesh);
-    if (!problem.empty()) std::fprintf(stderr, "morvane: %s: %s\n", path.c_str(), problem.c_str());
+    if (!problem.empty()) program::complain(path, problem);
     return problem.empty();
 }

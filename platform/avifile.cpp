@@ -16,6 +16,7 @@ extern "C" {
 #include "platform/avi_bitmap.h"
 #include "platform/avi_frames.h"
 #include "platform/avi_packets.h"
+#include "platform/program.h"
 
 namespace avi {
 
@@ -58,7 +59,7 @@ void report(const char* path, int error) {
         text = "it holds no such stream";
     else
         av_strerror(error, reason.data(), reason.size());
-    std::fprintf(stderr, "morvane: %s can't be opened: %s\n", path, text);
+    program::complain(path, text);
 }
 
 } // namespace

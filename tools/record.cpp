@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "driver/data_files.h"
+#include "platform/program.h"
 #include "tools/hash_file.h"
 #include "tools/kit/unfinished_names.h"
 #include "tools/metaballs_source.h"
@@ -56,6 +57,7 @@ int run(const record_options& options) {
 } // namespace
 
 int main(int count, char** words) {
+    program::start("morvane-record");
     const std::span<const char* const> behind_name(words + std::min(count, 1), words + count);
     const record_options options = read_record_options(behind_name, off_screen_show::length());
     if (!options.error.empty()) {

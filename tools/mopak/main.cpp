@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "platform/program.h"
 #include "tools/mopak/commands.h"
 #include "tools/mopak/pack_copy.h"
 #include "tools/mopak/report.h"
@@ -43,6 +44,7 @@ int run(const pack_options& options) {
 } // namespace
 
 int main(int count, char** words) {
+    program::start("mopak");
     std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow fails like a full disk
     const std::span<const char* const> behind_name(words + std::min(count, 1), words + count);
     const pack_options options = read_pack_options(behind_name);
