@@ -247,9 +247,11 @@ class Console : public BaseSurface {
 
     // 1 if a key press is waiting, else 0. Never blocks. Closing the window, an interrupt and a termination
     // signal count as a press of Escape; F11 and Alt+Enter switch between window and full screen and are no
-    // presses, nor are modifiers by themselves and repeats of a key held down. Before the first `update` only
-    // Escape counts, and waits until then: other keys that go down while a program starts are meant for
-    // something else.
+    // presses, nor are modifiers by themselves and repeats of a key held down.
+    //
+    // In a window every picture has its look at the keys: after `open`, and after a `key` that found nothing,
+    // the answer is 0 until the next `update`, and what comes meanwhile waits. Before the first `update` only
+    // Escape counts: other keys that go down while a program starts are meant for something else.
     virtual int key();
 
     // The oldest waiting press, removed from the queue. With none it waits for one; off screen, where none

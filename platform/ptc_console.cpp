@@ -76,8 +76,8 @@ void Console::finish() {
 
 int Console::key() {
     require_open();
-    if (console_->shown) console_->shown->poll(console_->keys);
-    return console_->keys.empty() ? 0 : 1;
+    const bool waits = console_->shown ? console_->shown->key_waits(console_->keys) : !console_->keys.empty();
+    return waits ? 1 : 0;
 }
 
 Key Console::read() {

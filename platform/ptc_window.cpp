@@ -21,8 +21,8 @@ static_assert(key_code::mode_switch == SDLK_MODE);
 
 namespace {
 
-constexpr std::int64_t poll_interval = 1'000'000;     // nanoseconds
-constexpr std::int64_t repair_interval = 100'000'000; // a running show repairs the window by its next picture
+// Nanoseconds; a running show repairs the window by its next picture.
+constexpr std::int64_t repair_interval = 100'000'000;
 
 // Real time: what is shown to a person doesn't follow the clock that a recorder moves.
 std::int64_t now_in_nanoseconds() {
@@ -148,6 +148,7 @@ void window::show(const std::uint32_t* pixels) {
     const std::int64_t at = pacer_.show_at(now);
     if (at > now) sleep_until(at);
     shown_ = true;
+    asked_in_vain_ = false;
     draw();
 }
 
@@ -168,25 +169,19 @@ void window::draw() {
     SDL_RenderPresent(renderer_.get());
 }
 
-void window::poll(key_queue& keys) {
-    const std::int64_t now = now_in_nanoseconds();
-    if (now - polled_at_ < poll_interval) return;
-    polled_at_ = now;
-    take_events(keys);
-    if (damaged_ && now - drawn_at_ >= repair_interval) draw();
+bool window::key_waits(key_queue& keys) {
+    if (asked_in_vain_) return false;
+    poll(keys);
+    asked_in_vain_ = keys.empty();
+    return !asked_in_vain_;
 }
 
-// A wish to stop that comes before the first picture is kept until that has been shown.
-void window::take_press(const library::key& key, key_queue& keys) {
-    if (shown_)
-        keys.push(key);
-    else
-        escape_kept_ = true;
+void window::poll(key_queue& keys) {
+    take_events(keys);
+    if (damaged_ && now_in_nanoseconds() - drawn_at_ >= repair_interval) draw();
 }
 
 void window::take_events(key_queue& keys) {
-    if (shown_ && escape_kept_) keys.push({.code = key_code::escape});
-    escape_kept_ = escape_kept_ && !shown_;
     SDL_Event event;
     while (SDL_PollEvent(&event) != 0) {
         if (event.type == SDL_KEYDOWN) {
@@ -196,10 +191,10 @@ void window::take_events(key_queue& keys) {
                                    .shift = (held & KMOD_SHIFT) != 0,
                                    .control = (held & KMOD_CTRL) != 0};
             const key_meaning meaning = meaning_of(key, event.key.repeat != 0, shown_);
-            if (meaning == key_meaning::press) take_press(key, keys);
+            if (meaning == key_meaning::press) keys.push(key);
             if (meaning == key_meaning::toggle_full_screen) toggle_full_screen();
         } else if (event.type == SDL_QUIT) { // the close button, an interrupt, a termination signal
-            take_press({.code = key_code::escape}, keys);
+            keys.push({.code = key_code::escape});
         } else if (event.type == SDL_WINDOWEVENT || event.type == SDL_RENDER_TARGETS_RESET) {
             damaged_ = true;
         } else if (event.type == SDL_RENDER_DEVICE_RESET) {

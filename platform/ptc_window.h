@@ -39,9 +39,13 @@ class window {
     // Shows the words at `pixels`, as many as the picture has, when their time has come.
     void show(const std::uint32_t* pixels);
 
-    // Takes what has come from the window system; key presses go to `keys`. Asks at most once a millisecond,
-    // so that a caller who has read all keys finds none at a second look a moment later.
+    // Takes what has come from the window system; key presses go to `keys`.
     void poll(key_queue& keys);
+
+    // Polls, and tells whether `keys` holds one. Once the answer was no, and from the start on, it stays no
+    // until the next picture has been shown: a caller who has read all keys behind a picture finds none
+    // before the next one, whenever they come.
+    bool key_waits(key_queue& keys);
 
     // Waits until something has come, or a moment.
     void wait();
@@ -55,7 +59,6 @@ class window {
     void toggle_full_screen();
     bool full_screen() const;
     void draw();
-    void take_press(const library::key& key, key_queue& keys);
 
     video_library library_;
     size picture_;
@@ -63,12 +66,11 @@ class window {
     std::unique_ptr<SDL_Renderer, release> renderer_;
     std::unique_ptr<SDL_Texture, release> texture_;
     frame_pacer pacer_;
-    std::int64_t polled_at_ = 0; // nanoseconds
-    std::int64_t drawn_at_ = 0;
+    std::int64_t drawn_at_ = 0; // nanoseconds
     bool scales_on_processor_ = false;
-    bool shown_ = false;       // a picture of the caller's
-    bool escape_kept_ = false; // pressed before that
-    bool damaged_ = false;     // the window lost its picture
+    bool shown_ = false;        // a picture of the caller's
+    bool asked_in_vain_ = true; // no key was waiting, and no picture has come since
+    bool damaged_ = false;      // the window lost its picture
 };
 
 // Sizes that the display offers, largest first, at most `sizes.size()`; gives how many there are.
