@@ -61,9 +61,10 @@ int run_show() {
         frame_tables_init();
         const auto all = std::make_unique<show>();
         create_spine(*all);
-        if (!start_up(*all)) return 0;
+        if (!start_up(*all) || winbase::stop_wished()) return 0;
         music player; // goes before the console, whatever ends the run
         start_track(player, first_track);
+        if (winbase::stop_wished()) return 0;
         video_clock_start();
         play({.console = console, .surface = surface}, *all, player);
     } catch (const ptc::DynamicError& error) {

@@ -50,7 +50,8 @@ int music::init() {
         return 1;
     }
     if (BASS_Init(bass::default_device, frequency, flags, nullptr) == 0) {
-        report("Can't initialize device");
+        if (!device_missed) report("Can't initialize device");
+        device_missed = true;
         return -1;
     }
     BASS_Start();

@@ -9,9 +9,10 @@ class music {
   public:
     std::uint32_t handle = 0; // of the track in the layer; 0: none, or it was refused
     const char* extension =
-        nullptr;             // behind the last '.' of the path given to `load`, in the caller's string
-    bool recognised = false; // some extension was known; stays true for the object's life
-    std::int32_t kind = -1;  // of the track: -1 none yet, 0 a module, 1 a stream
+        nullptr;                // behind the last '.' of the path given to `load`, in the caller's string
+    bool recognised = false;    // some extension was known; stays true for the object's life
+    std::int32_t kind = -1;     // of the track: -1 none yet, 0 a module, 1 a stream
+    bool device_missed = false; // it couldn't be opened, and that has been told
 
     music() = default;
     ~music(); // as `free`
@@ -19,7 +20,7 @@ class music {
     music& operator=(const music&) = delete;
 
     // Opens the default device at 44100 Hz. 1, also after the message that the layer has another version, for
-    // then the device stays closed; -1 after the message that it can't be opened.
+    // then the device stays closed; -1 if it can't be opened, the first time after a message.
     int init();
 
     // Loads a track by the extension of `path`: MOD, S3M, XM and IT as modules that loop, MP3 and OGG as

@@ -245,9 +245,9 @@ class Console : public BaseSurface {
     virtual void flush(); // all that was asked for is done already, so these two do nothing
     virtual void finish();
 
-    // 1 if a key press is waiting, else 0. Never blocks. Closing the window, an interrupt and a termination
-    // signal count as a press of Escape; F11 and Alt+Enter switch between window and full screen and are no
-    // presses, nor are modifiers by themselves and repeats of a key held down.
+    // 1 if a key press is waiting, else 0. Never blocks. Closing the window, an interrupt, a hang-up and
+    // a termination signal count as a press of Escape; F11 and Alt+Enter switch between window and full
+    // screen and are no presses, nor are modifiers by themselves and repeats of a key held down.
     //
     // In a window every picture has its look at the keys: after `open`, and after a `key` that found nothing,
     // the answer is 0 until the next `update`, and what comes meanwhile waits. Before the first `update` only

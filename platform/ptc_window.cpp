@@ -4,6 +4,7 @@
 #include <SDL.h>
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <string_view>
 #include <thread>
@@ -55,6 +56,13 @@ std::string missing_display() {
     return "no display answers at \"" + std::string(x11.empty() ? wayland : x11) + "\"";
 }
 
+#ifdef SIGHUP
+// The window library hears of a termination; a hang-up is one.
+void pass_on(int) {
+    std::raise(SIGTERM);
+}
+#endif
+
 } // namespace
 
 bool display_present() {
@@ -87,9 +95,17 @@ video_library::video_library() {
     SDL_SetHint(SDL_HINT_APP_NAME, "Morvane");
     SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0) fail(missing_display());
+#ifdef SIGHUP
+    const auto former = std::signal(SIGHUP, pass_on);
+    if (former != SIG_DFL) std::signal(SIGHUP, former); // ignored, by nohup say: that stays
+#endif
 }
 
 video_library::~video_library() {
+#ifdef SIGHUP
+    const auto present = std::signal(SIGHUP, SIG_DFL);
+    if (present != pass_on) std::signal(SIGHUP, present);
+#endif
     SDL_QuitSubSystem(SDL_INIT_VIDEO);
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace winbase {
@@ -32,6 +33,16 @@ void Sleep(std::uint32_t milliseconds);
 // Shows `text` under `caption` in a box and waits until it is closed; where there is no display the two go to
 // standard error as one line. Always returns 1, the code of the OK button.
 int MessageBoxA(void* window, const char* text, const char* caption, std::uint32_t type);
+
+// Lets a program look after its window while a box is up: the box is then shown by another process of the
+// same program. For the start of `main`, with its arguments: the exit code if this is that other process,
+// which has shown its box by then; nothing in the program itself. The library of windows alone can't do it,
+// its boxes block.
+std::optional<int> box_process(int count, char** words);
+
+// Whether the window's close button, an interrupt, a hang-up or a termination signal has ended such a box. No
+// further box comes up then. The wish waits for the console, too, as a press of Escape.
+bool stop_wished();
 
 inline constexpr int rand_max = 32767;
 

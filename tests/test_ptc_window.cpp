@@ -209,10 +209,10 @@ TEST_F(ptc_window, opens_shows_and_closes_more_than_once) {
               DynamicError::Kind::request);
 }
 
-TEST_F(ptc_window, interrupt_and_termination_count_as_escape) {
+TEST_F(ptc_window, interrupt_termination_and_hang_up_count_as_escape) {
     ptc::Console console;
     console.open(".", 512, 384, rgb, 0);
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         console.press(Key(Key::space));
         ASSERT_EQ(console.read(), Key(Key::space));
         ASSERT_EQ(std::raise(signal), 0);
