@@ -9,6 +9,7 @@
 #include <png.h>
 
 #include "media/image_block.h"
+#include "platform/program.h"
 
 namespace {
 
@@ -20,9 +21,8 @@ struct png_picture {
     int channels = 0;
     png_bytep bytes = nullptr;
     png_bytepp rows = nullptr;
+    char trouble[128] = "not a PNG picture"; // as long as it isn't whole
 };
-
-enum class messages { from_libpng, none };
 
 constexpr std::size_t signature_bytes = 4;
 
@@ -33,10 +33,16 @@ void free_picture(png_picture& picture) {
     picture.bytes = nullptr;
 }
 
-void quiet_error(png_structp png, png_const_charp) {
+void tell(png_picture& picture, const char* trouble) {
+    std::snprintf(picture.trouble, sizeof picture.trouble, "%s", trouble);
+}
+
+// The library prints nothing: an error is kept for who reads the picture, a warning is none of the viewer's.
+void keep_error(png_structp png, png_const_charp message) {
+    tell(*static_cast<png_picture*>(png_get_error_ptr(png)), message);
     png_longjmp(png, 1);
 }
-void quiet_warning(png_structp, png_const_charp) {}
+void drop_warning(png_structp, png_const_charp) {}
 
 // Every file becomes 8-bit RGB or RGBA.
 void set_transformations(png_structp png, png_infop info, int depth, int colour_type) {
@@ -70,6 +76,7 @@ bool read_picture(png_structp png, png_infop info, std::FILE* file, png_picture&
     int depth = 0;
     int colour_type = 0;
     png_get_IHDR(png, info, &picture.width, &picture.height, &depth, &colour_type, nullptr, nullptr, nullptr);
+    tell(picture, "too large, or there is no memory for it");
     if (!image_size_fits(picture.width, picture.height)) return false;
 
     set_transformations(png, info, depth, colour_type);
@@ -81,14 +88,15 @@ bool read_picture(png_structp png, png_infop info, std::FILE* file, png_picture&
 }
 
 // Reads the PNG that `file` holds; true if `picture` is whole. Its memory is to be freed either way.
-bool decode(std::FILE* file, messages spoken, png_picture& picture) {
+bool decode(std::FILE* file, png_picture& picture) {
     png_byte signature[signature_bytes];
-    if (std::fread(signature, 1, signature_bytes, file) != signature_bytes) return false;
+    if (std::fread(signature, 1, signature_bytes, file) != signature_bytes) {
+        if (std::ferror(file) != 0) tell(picture, std::strerror(errno)); // it is a folder, say
+        return false;
+    }
     if (!png_check_sig(signature, signature_bytes)) return false;
 
-    const bool quiet = spoken == messages::none;
-    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, quiet ? quiet_error : nullptr,
-                                             quiet_warning); // what can be shown is no one's trouble
+    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &picture, keep_error, drop_warning);
     if (png == nullptr) return false;
     png_infop info = png_create_info_struct(png);
     const bool whole = info != nullptr && read_picture(png, info, file, picture);
@@ -116,11 +124,11 @@ gtex gtex_load_png(const std::string& path) {
     std::printf("gtex_load_png()\n");
     std::FILE* file = std::fopen(path.c_str(), "rb");
     if (file == nullptr) {
-        std::fprintf(stderr, "morvane: %s can't be opened: %s\n", path.c_str(), std::strerror(errno));
+        program::complain(path, std::strerror(errno));
         std::exit(1);
     }
     png_picture picture;
-    const bool whole = decode(file, messages::from_libpng, picture);
+    const bool whole = decode(file, picture);
     std::fclose(file);
 
     gtex surface;
@@ -129,7 +137,10 @@ gtex gtex_load_png(const std::string& path) {
                               static_cast<std::int32_t>(picture.height), 0);
     if (surface.pixels != nullptr) pack_words(picture, surface.pixels);
     free_picture(picture);
-    if (surface.pixels == nullptr) std::exit(1);
+    if (surface.pixels == nullptr) {
+        program::complain(path, picture.trouble);
+        std::exit(1);
+    }
 
     std::printf("file loaded\n");
     return surface;
@@ -137,7 +148,7 @@ gtex gtex_load_png(const std::string& path) {
 
 std::uint32_t* gtex_load_png_stream(std::FILE* file) {
     png_picture picture;
-    const bool whole = decode(file, messages::none, picture);
+    const bool whole = decode(file, picture);
     std::fclose(file);
     if (picture.width > 0) {
         gtex_load_width = static_cast<std::int32_t>(picture.width);

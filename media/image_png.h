@@ -13,8 +13,8 @@
 #include "gtex/gtex.h"
 
 // Reads the picture at `path` into a surface of its size, which belongs to the caller. Prints
-// "gtex_load_png()" before and "file loaded" after. Never returns on failure: a file that can't be opened
-// says so on standard error, a damaged one leaves the word to libpng, and the process exits with 1.
+// "gtex_load_png()" before and "file loaded" after. Never returns on failure: one line on
+// standard error gives the path and the reason, and the process exits with 1.
 gtex gtex_load_png(const std::string& path);
 
 // Reads a PNG from an open file that stands at its start; the row "PNG" of `gtex_loaders`. Gives the block of

@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+
+#include "platform/program.h"
 
 // The file's blue, green, red, alpha are the pixel word as it stands.
 static_assert(std::endian::native == std::endian::little);
@@ -16,10 +20,15 @@ namespace {
 constexpr long raw_offset = 18;   // the header
 constexpr long mask_offset = 786; // the header and a palette of 256 entries of 3 bytes
 
-// Opens `path` and goes to `offset`; a file that can't be opened ends the process.
+// Opens `path` and goes to `offset`; a file that can't be opened, and a folder, which can but not be read,
+// end the process.
 std::FILE* open_at(const std::string& path, long offset) {
     std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (file == nullptr) std::exit(0);
+    const bool unreadable = file != nullptr && std::fgetc(file) == EOF && std::ferror(file) != 0;
+    if (file == nullptr || unreadable) {
+        program::complain(path, std::strerror(errno));
+        std::exit(0);
+    }
     std::fseek(file, offset, SEEK_SET); // past the end of a short file every read gives nothing
     return file;
 }

@@ -2,8 +2,8 @@
 // already. No header is parsed: the file's own size, depth and row order are not looked at, so a picture
 // stored bottom row first arrives upside down (`gtex_flip`).
 //
-// A file that can't be opened ends the process with exit(0), silently. A file that ends early is not
-// reported. Bound: `dst.count`.
+// A file that can't be opened, or is a folder, ends the process with exit(0) after one line on standard
+// error. A file that ends early is not reported. Bound: `dst.count`.
 #pragma once
 
 #include <string>

@@ -74,11 +74,14 @@ TEST(image_raw, mask_from_byte_786_changes_only_top_bytes) {
     EXPECT_EQ(printed.out() + printed.err(), "");
 }
 
-TEST(image_raw, missing_file_ends_the_process_silently) {
+TEST(image_raw, a_file_that_can_not_be_read_ends_the_process_with_one_line) {
     const temp_folder folder;
     guarded_surface target(4, 4);
     captured_output printed;
-    EXPECT_EXIT(gtex_read_raw(target.surface, folder.path("none.tga")), testing::ExitedWithCode(0), "^$");
-    EXPECT_EXIT(gtex_read_mask(target.surface, folder.path("none.tga")), testing::ExitedWithCode(0), "^$");
+    const auto exit_0 = testing::ExitedWithCode(0);
+    EXPECT_EXIT(gtex_read_raw(target.surface, folder.path("none.tga")), exit_0,
+                "^morvane: .*/none.tga: No such");
+    EXPECT_EXIT(gtex_read_raw(target.surface, folder.path()), exit_0, "^morvane: .*: Is a directory\n$");
+    EXPECT_EXIT(gtex_read_mask(target.surface, folder.path()), exit_0, "^morvane: .*: Is a directory\n$");
     EXPECT_EQ(printed.out(), "");
 }
