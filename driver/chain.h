@@ -5,9 +5,10 @@
 
 #include "driver/frame_loop.h"
 
-// The first track starts just before the clock; from there on the clock alone drives the picture.
-inline constexpr const char* first_track = "data/music/Ashwing1.mp3";
-inline constexpr const char* second_track = "data/music/ferrow_amoeba2_test2.ogg";
+// In the data tree. The first track starts just before the clock; from there on the clock alone drives the
+// picture.
+inline constexpr const char* first_track = "music/Ashwing1.mp3";
+inline constexpr const char* second_track = "music/ferrow_amoeba2_test2.ogg";
 
 // The two timed movements, which are the show as a viewer sees it.
 std::span<const movement> timed_movements();

@@ -1,9 +1,28 @@
+#include <algorithm>
+#include <cstdio>
+
+#include "driver/data_files.h"
 #include "driver/run.h"
+#include "driver/show_options.h"
 #include "platform/program.h"
 #include "platform/winbase.h"
 
 int main(int count, char** words) {
     program::start("morvane");
     if (const std::optional<int> code = winbase::box_process(count, words)) return *code;
-    return run_show();
+    const show_options options = read_show_options({words + std::min(count, 1), words + count});
+    if (!options.error.empty()) {
+        std::fprintf(stderr, "morvane: %s; --help tells more\n", options.error.c_str());
+        return 2;
+    }
+    if (options.help) {
+        std::fputs(show_usage, stdout);
+        return 0;
+    }
+    if (options.version) {
+        std::printf("morvane %s\n", MORVANE_VERSION);
+        return 0;
+    }
+    if (!find_data(options.data)) return options.data.empty() ? 0 : 2;
+    return run_show(options);
 }

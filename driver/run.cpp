@@ -1,11 +1,14 @@
 #include "driver/run.h"
 
 #include <memory>
+#include <string>
 
 #include "driver/chain.h"
+#include "driver/data_files.h"
 #include "driver/frame_clock.h"
 #include "driver/frame_loop.h"
 #include "driver/show.h"
+#include "driver/show_options.h"
 #include "media/music.h"
 #include "media/video.h"
 #include "platform/ptc.h"
@@ -13,18 +16,27 @@
 
 namespace {
 
-void start_track(music& player, const char* path) {
-    player.init();
-    player.load(path);
-    player.play();
+// The music of the run, or none.
+struct soundtrack {
+    bool mute = false;
+    std::string path; // the player keeps a pointer into it
+    music player;
+};
+
+void start_track(soundtrack& sound, const char* file) {
+    if (sound.mute) return;
+    sound.path = data_path(file);
+    sound.player.init();
+    sound.player.load(sound.path.c_str());
+    sound.player.play();
 }
 
 // Between the timed movements; the clock runs on.
-void hand_over(music& player) {
+void hand_over(soundtrack& sound) {
     constexpr std::uint32_t pause_ms = 200;
-    player.free();
+    sound.player.free();
     winbase::Sleep(pause_ms);
-    start_track(player, second_track);
+    start_track(sound, second_track);
 }
 
 // The end of the show as the viewer sees it.
@@ -36,37 +48,39 @@ void end_show(music& player, ptc::Console& console) {
 
 // The timed movements, then the closing ones: the console is closed by then, so that the first look at its
 // keys raises an error and ends the run. A console that went on would show them until Escape.
-void play(const stage& on, show& all, music& player) {
+void play(const stage& on, show& all, soundtrack& sound) {
     clock_start();
     const std::span<const movement> timed = timed_movements();
     for (std::size_t i = 0; i < timed.size(); ++i) {
-        if (i > 0) hand_over(player);
+        if (i > 0) hand_over(sound);
         if (run_movement(on, all, timed[i]) == movement_end::stopped) return;
     }
-    end_show(player, on.console);
+    end_show(sound.player, on.console);
     for (const movement& each : closing_movements())
         if (run_movement(on, all, each) == movement_end::stopped) return;
-    end_show(player, on.console);
+    end_show(sound.player, on.console);
 }
 
 } // namespace
 
-int run_show() {
+int run_show(const show_options& options) {
     try {
         const ptc::Format format(32, 0xff0000, 0xff00, 0xff, 0);
         ptc::Console console;
         // The window is on the screen while everything else loads.
+        console.full_screen(options.full_screen);
         console.open(".", frame_columns, console_rows, format, 0);
         ptc::Surface surface(frame_columns, console_rows, format);
         frame_tables_init();
         const auto all = std::make_unique<show>();
         create_spine(*all);
         if (!start_up(*all) || winbase::stop_wished()) return 0;
-        music player; // goes before the console, whatever ends the run
-        start_track(player, first_track);
+        soundtrack sound; // goes before the console, whatever ends the run
+        sound.mute = options.mute;
+        start_track(sound, first_track);
         if (winbase::stop_wished()) return 0;
         video_clock_start();
-        play({.console = console, .surface = surface}, *all, player);
+        play({.console = console, .surface = surface}, *all, sound);
     } catch (const ptc::DynamicError& error) {
         error.report();
     }

@@ -1,9 +1,10 @@
 #include "driver/scene_set_up.h"
 
-#include <cstdio>
+#include <string>
 
 #include "driver/data_files.h"
 #include "gtex/gtex.h"
+#include "platform/program.h"
 #include "poly/clipper.h"
 #include "poly/raster.h"
 #include "poly/render_modes.h"
@@ -12,7 +13,6 @@
 
 namespace {
 
-constexpr const char* scene_path = "data/3d/xtelmar4.3ds";
 constexpr std::int32_t flat_with_depth = mode_flat | mode_depth;
 constexpr std::int32_t flight_camera = 2;
 
@@ -34,10 +34,10 @@ bool set_up_scene(moscene& scene) {
     scene.set_width(frame_columns);
     scene.set_height(frame_rows);
     scene.set_render_mode(flat_with_depth);
-    if (!sceneload_file(scene, scene_path)) {
+    const std::string path = data_path(scene_file);
+    if (!sceneload_file(scene, path.c_str())) {
         // A file that isn't there, or can't be opened, has been reported by now.
-        if (can_be_read(scene_path))
-            std::fprintf(stderr, "morvane: %s is not a scene that can be read\n", scene_path);
+        if (can_be_read(path)) program::complain(path, "not a scene that can be read");
         return false;
     }
     prepare(scene);

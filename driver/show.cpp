@@ -1,5 +1,8 @@
 #include "driver/show.h"
 
+#include <cstdlib>
+#include <string>
+
 #include "driver/data_files.h"
 #include "driver/scene_set_up.h"
 #include "driver/warp.h"
@@ -29,14 +32,29 @@ gtex frame_surface(std::uint32_t colour) {
     return gtex_create(frame_width, frame_height, colour);
 }
 
-gtex load_raw(std::int32_t side, const char* path) {
+// What can't be read has been reported by now; the process ends as the reader of such a file would end it.
+std::string readable(const char* file, int exit_code) {
+    std::string path = data_path(file);
+    if (!can_be_read(path)) std::exit(exit_code);
+    return path;
+}
+
+gtex load_picture(const char* file) {
+    return gtex_load_png(readable(file, 1));
+}
+
+void load_mask(gtex surface, const char* file) {
+    gtex_read_mask(surface, readable(file, 0));
+}
+
+gtex load_raw(std::int32_t side, const char* file) {
     const gtex surface = gtex_create(side, side, 0);
-    gtex_read_raw(surface, path);
+    gtex_read_raw(surface, readable(file, 0));
     return surface;
 }
 
-gtex load_sprite(const char* path) {
-    const gtex sprite = load_raw(32, path);
+gtex load_sprite(const char* file) {
+    const gtex sprite = load_raw(32, file);
     gtex_flip(sprite); // the file's rows run from the bottom up
     return sprite;
 }
@@ -62,17 +80,17 @@ void scatter_stars(object& stars) {
 }
 
 // What can't be read has been reported by now, and stays empty.
-void load_mesh(const char* path, object& mesh) {
-    if (can_be_read(path)) object_load(path, mesh);
+void load_mesh(const char* file, object& mesh) {
+    if (const std::string path = data_path(file); can_be_read(path)) object_load(path, mesh);
 }
 
 void load_meshes(show& all) {
     const auto meshes = {&all.obj_inside, &all.obj_meteor, &all.obj_cube};
     for (object* mesh : meshes)
         mesh->read_mapping = 1;
-    load_mesh("data/asc/meteor/inside.asc", all.obj_inside);
-    load_mesh("data/asc/meteor/meteor2.asc", all.obj_meteor);
-    load_mesh("data/asc/cube.asc", all.obj_cube);
+    load_mesh("asc/meteor/inside.asc", all.obj_inside);
+    load_mesh("asc/meteor/meteor2.asc", all.obj_meteor);
+    load_mesh("asc/cube.asc", all.obj_cube);
     for (object* mesh : meshes)
         object_set_light(*mesh, 0, -1, -1, 0, 0, 0);
 }
@@ -88,41 +106,41 @@ void create_layers(show& all) {
 }
 
 void load_first_pictures(show& all) {
-    all.img_morvane = gtex_load_png("data/part1/morvane.png");
-    all.img_presents = gtex_load_png("data/part1/presents.png");
-    all.img_lorrim = gtex_load_png("data/part1/lorrim.png");
-    all.img_greets = gtex_load_png("data/part1/greets.png");
+    all.img_morvane = load_picture("part1/morvane.png");
+    all.img_presents = load_picture("part1/presents.png");
+    all.img_lorrim = load_picture("part1/lorrim.png");
+    all.img_greets = load_picture("part1/greets.png");
     gtex mask = frame_surface(0);
-    gtex_read_mask(mask, "data/part1/greets-1-256.tga");
+    load_mask(mask, "part1/greets-1-256.tga");
     gtex_copy_mask(all.img_greets, mask);
     gtex_destroy(mask);
-    all.img_cred = gtex_load_png("data/part1/cred.png");
-    all.img_hum = gtex_load_png("data/part1/hum.png");
+    all.img_cred = load_picture("part1/cred.png");
+    all.img_hum = load_picture("part1/hum.png");
 }
 
 void load_sprites(show& all) {
-    all.spr_light = load_sprite("data/gfx/sprites/light.tga");
-    all.spr_light2 = load_sprite("data/gfx/sprites/light2.tga");
-    all.spr_light3 = load_sprite("data/gfx/sprites/light_3.tga");
+    all.spr_light = load_sprite("gfx/sprites/light.tga");
+    all.spr_light2 = load_sprite("gfx/sprites/light2.tga");
+    all.spr_light3 = load_sprite("gfx/sprites/light_3.tga");
     all.spr_glow = gtex_create(32, 32, 0);
     gtex_radial(all.spr_glow, 0x115533);
 }
 
 void load_later_pictures(show& all) {
-    all.img_parental = gtex_load_png("data/part1/parental-1.png");
-    all.img_cubev = gtex_load_png("data/part1/cubev.png");
-    all.img_violence = gtex_load_png("data/part1/violence.png");
-    all.img_velkadame = gtex_load_png("data/part1/velkadame2x.png");
-    all.img_accident = gtex_load_png("data/part1/accident1.png");
-    gtex_read_mask(all.img_accident, "data/part1/accident1-256.tga");
+    all.img_parental = load_picture("part1/parental-1.png");
+    all.img_cubev = load_picture("part1/cubev.png");
+    all.img_violence = load_picture("part1/violence.png");
+    all.img_velkadame = load_picture("part1/velkadame2x.png");
+    all.img_accident = load_picture("part1/accident1.png");
+    load_mask(all.img_accident, "part1/accident1-256.tga");
 }
 
 void load_textures(show& all) {
     all.tex_work = gtex_create(256, 256, 0);
-    all.tex_texture = load_raw(256, "data/part1/tex/texture.tga");
-    all.tex_intro = load_raw(256, "data/part1/tex/intro1c.tga");
-    all.tex_tunnel = load_raw(256, "data/part1/tex/tunnel3.tga");
-    all.tex_cube = load_raw(256, "data/part1/tex/cubetex2.tga");
+    all.tex_texture = load_raw(256, "part1/tex/texture.tga");
+    all.tex_intro = load_raw(256, "part1/tex/intro1c.tga");
+    all.tex_tunnel = load_raw(256, "part1/tex/tunnel3.tga");
+    all.tex_cube = load_raw(256, "part1/tex/cubetex2.tga");
     gtex_copy(all.tex_work, all.tex_texture);
 }
 
@@ -147,7 +165,7 @@ bool start_up(show& all) {
     frame_height = frame_rows;
     if (!set_up_scene(all.scene)) return false;
     create_plasma(all);
-    all.video_frame = video_open("data/clip2x.avi");
+    all.video_frame = video_open(data_path(clip_file).c_str());
     scatter_stars(all.obj_stars);
     load_meshes(all);
     create_layers(all);

@@ -80,7 +80,7 @@ std::int32_t AVIStreamOpenFromFileA(avi::stream** stream, const char* path, std:
         return avi::bad_argument;
     auto opened = std::make_unique<avi::stream>();
     if (const int error = avi::open_on(*opened, path, which); error < 0) {
-        avi::report(path, error);
+        if (error != AVERROR(ENOENT)) avi::report(path, error);
         return avi::not_readable;
     }
     *stream = opened.release();

@@ -71,7 +71,8 @@ static_assert(sizeof(bitmap_header) == 40);
 } // namespace avi
 
 // Start and end of the layer's use, as often as one likes. The first keeps the codecs' own messages off the
-// terminal for the rest of the run: a file that can't be read gets one line of this layer on standard error.
+// terminal for the rest of the run: a file that is there and can't be read gets one line of this
+// layer on standard error.
 void AVIFileInit();
 void AVIFileExit();
 

@@ -233,6 +233,9 @@ class Console : public BaseSurface {
     // in it. `pages` is a wish of 0 or more and is met by any display. An open console is closed first.
     virtual void open(const char* title, int width, int height, const Format& format, int pages = 0);
 
+    // Whether windows opened from now on begin in full screen.
+    virtual void full_screen(bool wanted);
+
     // The same with no window: `update` shows nothing and takes no time, and no key comes but from `press`.
     virtual void open_off_screen(const char* title, int width, int height, const Format& format);
 

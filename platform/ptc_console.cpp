@@ -34,8 +34,13 @@ void Console::open(const char* title, int width, int height, const Format& forma
     close_if_open();
     if (pages < 0) throw DynamicError(DynamicError::Kind::request, "a console can't have fewer than 0 pages");
     library::surface buffer = library::black_surface(width, height, format);
-    console_->shown = std::make_unique<window>(title == nullptr ? "" : title, size{width, height});
+    console_->shown =
+        std::make_unique<window>(title == nullptr ? "" : title, size{width, height}, console_->full_screen);
     settle(std::move(buffer), title, format);
+}
+
+void Console::full_screen(bool wanted) {
+    console_->full_screen = wanted;
 }
 
 void Console::open_off_screen(const char* title, int width, int height, const Format& format) {

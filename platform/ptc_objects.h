@@ -55,6 +55,7 @@ struct surface {
 struct console {
     enum class state { never_opened, open, closed };
     state now = state::never_opened;
+    bool full_screen = false; // of the next window
     surface buffer;
     std::string title;
     key_queue keys;

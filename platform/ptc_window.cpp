@@ -119,7 +119,7 @@ void release::operator()(SDL_Texture* texture) const {
     SDL_DestroyTexture(texture);
 }
 
-window::window(const char* title, size picture) : picture_(picture) {
+window::window(const char* title, size picture, bool starts_full_screen) : picture_(picture) {
     SDL_Rect desktop{0, 0, picture.width, picture.height};
     SDL_GetDisplayUsableBounds(0, &desktop);
     const size start = starting_size(picture, {desktop.w, desktop.h});
@@ -131,6 +131,7 @@ window::window(const char* title, size picture) : picture_(picture) {
     SDL_DisableScreenSaver();
     SDL_StopTextInput(); // keys are keys here, no input method composes with them
     SDL_EventState(SDL_MOUSEMOTION, SDL_IGNORE);
+    if (starts_full_screen) toggle_full_screen();
     draw();
 }
 

@@ -34,7 +34,7 @@ struct release {
 class window {
   public:
     // Opens a window that shows a black picture of size `picture`. Raises if it can't.
-    window(const char* title, size picture);
+    window(const char* title, size picture, bool starts_full_screen);
 
     // Shows the words at `pixels`, as many as the picture has, when their time has come.
     void show(const std::uint32_t* pixels);

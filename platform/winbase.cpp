@@ -1,10 +1,11 @@
-// The message box.
+// The message box, and where the program lies.
 #include "platform/winbase.h"
 
 #include <SDL.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -89,6 +90,13 @@ bool show_box_apart(Uint32 icon, const char* caption, const char* text) {
 #endif
 
 } // namespace
+
+std::string program_folder() {
+    const std::unique_ptr<char, decltype(&SDL_free)> path(SDL_GetBasePath(), SDL_free);
+    std::string folder = path ? path.get() : "";
+    if (folder.size() > 1) folder.pop_back(); // the slash
+    return folder;
+}
 
 int MessageBoxA(void*, const char* text, const char* caption, std::uint32_t type) {
     if (stop_wish) return 1;

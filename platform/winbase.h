@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 
 namespace winbase {
 
@@ -29,6 +30,10 @@ bool QueryPerformanceCounter(std::int64_t* counter);     // ticks; always true
 std::uint32_t GetTickCount();                            // milliseconds of the time source, wraps at 2^32
 std::int32_t clock(); // wall-clock milliseconds since the first call of this layer
 void Sleep(std::uint32_t milliseconds);
+
+// The folder that the running program lies in, without a slash at its end; empty where the system doesn't
+// tell.
+std::string program_folder();
 
 // Shows `text` under `caption` in a box and waits until it is closed; where there is no display the two go to
 // standard error as one line. Always returns 1, the code of the OK button.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <random>
 #include <string>
 #include <utility>
@@ -217,8 +218,9 @@ TEST(damaged_clips, what_is_no_clip_is_refused_in_one_line) {
         EXPECT_EQ(clip.result, avi::not_readable) << name;
         EXPECT_EQ(clip.stream, nullptr) << name;
         EXPECT_EQ(clip.access, nullptr) << name;
-        EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1) << text;
-        EXPECT_NE(text.find(folder.path(name)), std::string::npos) << text;
+        const bool there = std::filesystem::exists(folder.path(name)); // else the caller's box is enough
+        EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), there ? 1 : 0) << text;
+        EXPECT_EQ(text.find("morvane: " + folder.path(name) + ": ") == 0, there) << text;
     }
 }
 

@@ -131,8 +131,10 @@ TEST_F(music_test, init_asks_for_the_version_then_opens_and_starts_the_device) {
     EXPECT_EQ(taken(), (calls{"GetVersion()", "Init(-1, 44100, 16, 1)", "Start()"}));
 
     record.init_result = 0;
-    EXPECT_EQ(player.init(), -1);
-    EXPECT_EQ(taken(), (calls{"GetVersion()", "Init(-1, 44100, 16, 1)"}));
+    for (int tries = 0; tries < 2; ++tries) { // which are told once
+        EXPECT_EQ(player.init(), -1);
+        EXPECT_EQ(taken(), (calls{"GetVersion()", "Init(-1, 44100, 16, 1)"}));
+    }
 
     record.version = 0x50002;
     EXPECT_EQ(player.init(), 1);

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "tests/support/data_tree.h"
+#include "tests/support/program_run.h"
 #include "tests/support/temp_file.h"
 
 namespace {
@@ -20,9 +21,9 @@ struct ended_run {
     std::string out, err;
 };
 
-// Starts the show in a copy of the data tree; with `stop`, sends it a termination signal as soon as it loads,
-// which is after its window has opened.
-ended_run run_show(const temp_folder& folder, const char* video_driver, bool stop) {
+// Starts the show in an empty folder; with `stop`, sends it that signal as soon as it loads, which is after
+// its window has opened.
+ended_run run_show(const temp_folder& folder, const char* video_driver, int stop = 0) {
     int terminal = -1; // where the program's lines arrive as they are printed
     int child_side = -1;
     if (openpty(&terminal, &child_side, nullptr, nullptr, nullptr) != 0) return {};
@@ -33,12 +34,14 @@ ended_run run_show(const temp_folder& folder, const char* video_driver, bool sto
         setenv("SDL_VIDEODRIVER", video_driver, 1);
         setenv("SDL_AUDIODRIVER", "dummy", 1);
         signal(SIGTERM, SIG_DFL);
+        signal(SIGHUP, SIG_DFL);
         dup2(child_side, STDOUT_FILENO);
         close(terminal);
         close(child_side);
         if (std::freopen(errors.c_str(), "w", stderr) == nullptr || chdir(folder.path().c_str()) != 0)
             _exit(99);
-        execl(program.c_str(), program.c_str(), static_cast<char*>(nullptr));
+        execl(program.c_str(), program.c_str(), "--data", MORVANE_TEST_TREE "/data",
+              static_cast<char*>(nullptr));
         _exit(98);
     }
     close(child_side);
@@ -46,7 +49,7 @@ ended_run run_show(const temp_folder& folder, const char* video_driver, bool sto
     char letter = 0;
     while (read(terminal, &letter, 1) == 1) {
         run.out.push_back(letter);
-        if (stop && run.out.size() == 1) kill(child, SIGTERM);
+        if (stop != 0 && run.out.size() == 1) kill(child, stop);
     }
     close(terminal);
     int status = 0;
@@ -59,23 +62,34 @@ ended_run run_show(const temp_folder& folder, const char* video_driver, bool sto
 
 } // namespace
 
-TEST(run, a_stop_leaves_the_log_and_exit_code_0) {
+TEST(run, a_stop_leaves_the_log_in_the_working_directory_and_exit_code_0) {
     go_to_data_tree();
-    const temp_folder folder;
-    std::filesystem::copy("data", folder.path("data"), std::filesystem::copy_options::recursive);
-    const ended_run run = run_show(folder, "dummy", true);
-    EXPECT_EQ(run.code, 0);
-    EXPECT_EQ(run.err, "");
-    const auto log = folder.read("sync.txt");
-    EXPECT_EQ(std::string(log.begin(), log.end()).rfind("TIME: \n\nFPS: ", 0), 0U);
+    for (const int signal : {SIGTERM, SIGHUP}) {
+        const temp_folder folder;
+        const ended_run run = run_show(folder, "dummy", signal);
+        EXPECT_EQ(run.code, 0);
+        EXPECT_EQ(run.err, "");
+        const auto log = folder.read("sync.txt");
+        EXPECT_EQ(std::string(log.begin(), log.end()).rfind("TIME: \n\nFPS: ", 0), 0U);
+    }
 }
 
-TEST(run, without_a_window_it_says_one_line_and_ends_with_0) {
+TEST(run, what_can_not_be_begun_is_told_in_one_line) {
+    go_to_data_tree();
     const temp_folder folder;
-    const ended_run run = run_show(folder, "no such driver", false);
-    EXPECT_EQ(run.code, 0);
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err.rfind("morvane: cannot open a window", 0), 0U) << run.err;
-    EXPECT_EQ(run.err.find('\n'), run.err.size() - 1) << run.err;
+    const ended_run blind = run_show(folder, "no such driver");
+    EXPECT_EQ(blind.code, 0);
+    EXPECT_EQ(blind.out, "");
+    EXPECT_EQ(blind.err.rfind("morvane: cannot open a window", 0), 0U) << blind.err;
+    EXPECT_EQ(blind.err.find('\n'), blind.err.size() - 1) << blind.err;
+
+    for (const char* words :
+         {"--quick", "film.mp4", "--data", "--data ''", "--data /no/such/folder", "--mute -h"}) {
+        const program_run wrong = run_program(MORVANE_TEST_TOOLS "/morvane", words, folder.path().string());
+        EXPECT_EQ(wrong.code, 2) << words;
+        EXPECT_EQ(wrong.err.rfind("morvane: ", 0), 0U) << wrong.err;
+        EXPECT_EQ(wrong.err.find('\n'), wrong.err.size() - 1) << wrong.err;
+    }
+    EXPECT_EQ(run_program(MORVANE_TEST_TOOLS "/morvane", "--version", folder.path().string()).code, 0);
     EXPECT_FALSE(std::filesystem::exists(folder.path("sync.txt")));
 }

@@ -42,9 +42,13 @@ void start(show& all) {
     start_up(all);
 }
 
-std::vector<const char*> all_files() {
-    std::vector<const char*> files(needed_files().begin(), needed_files().end());
-    files.insert(files.end(), wanted_files().begin(), wanted_files().end());
+// With the clip, as the maker knows them.
+std::vector<std::string> all_files() {
+    std::vector<std::string> files;
+    for (const auto& table : {needed_files(), wanted_files()})
+        for (const char* file : table)
+            files.push_back(data_path(file));
+    files.push_back(data_path(clip_file));
     return files;
 }
 
@@ -216,27 +220,28 @@ TEST(start_up, names_each_missing_file_with_the_command_that_makes_it) {
     const temp_folder empty;
     go_to_data_tree();
     captured_output whole;
-    EXPECT_EQ(report_missing_files(), 0);
+    report_missing_files();
     EXPECT_EQ(whole.err(), "");
+    EXPECT_TRUE(needed_files_there());
 
     std::filesystem::current_path(empty.path());
     captured_output none;
-    EXPECT_EQ(report_missing_files(), static_cast<int>(needed_files().size()));
+    report_missing_files();
     const std::string lines = none.err();
-    const std::vector<const char*> files = all_files();
+    EXPECT_FALSE(needed_files_there());
+    const std::vector<std::string> files = all_files();
     EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), static_cast<std::ptrdiff_t>(files.size()));
-    for (const char* path : files)
-        EXPECT_NE(lines.find(std::string("morvane: ") + path +
-                             " is missing; morvane-data, beside this program, makes it"),
+    for (const std::string& path : files)
+        EXPECT_NE(lines.find("morvane: " + path + ": not there; morvane-data, beside this program, makes it"),
                   std::string::npos)
             << path;
     go_to_data_tree();
 }
 
 TEST(start_up, the_maker_makes_what_the_show_reads) {
-    std::vector<const char*> files = all_files();
-    files.push_back("data/music/Ashwing1.mp3");
-    for (const char* path : files) {
+    std::vector<std::string> files = all_files();
+    files.push_back(data_path("music/Ashwing1.mp3"));
+    for (const std::string& path : files) {
         const auto makers = assets::makers();
         EXPECT_TRUE(std::any_of(makers.begin(), makers.end(), [&](const auto& row) {
             return row.path == path;
@@ -254,7 +259,7 @@ TEST(start_up, a_mesh_that_is_missing_or_damaged_stays_empty_with_one_line) {
     start_up(all);
     const std::string lines = printed.err();
     EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 2) << lines;
-    EXPECT_NE(lines.find("data/asc/cube.asc is missing"), std::string::npos);
+    EXPECT_NE(lines.find("data/asc/cube.asc: not there"), std::string::npos);
     EXPECT_NE(lines.find("data/asc/meteor/meteor2.asc: "), std::string::npos);
     EXPECT_EQ(all.obj_cube.face_count + all.obj_meteor.face_count, 0);
     EXPECT_GT(all.obj_inside.face_count, 0);
@@ -262,7 +267,8 @@ TEST(start_up, a_mesh_that_is_missing_or_damaged_stays_empty_with_one_line) {
 
 TEST(start_up, ends_with_one_line_without_a_scene) {
     const tree_without scene("data/3d/xtelmar4.3ds");
-    for (const char* reason : {"data/3d/xtelmar4.3ds is missing", "is not a scene that can be read"}) {
+    for (const char* reason :
+         {"data/3d/xtelmar4.3ds: not there", "data/3d/xtelmar4.3ds: not a scene that can be read"}) {
         captured_output printed;
         show all;
         frame_tables_init();
@@ -275,15 +281,38 @@ TEST(start_up, ends_with_one_line_without_a_scene) {
     }
 }
 
-TEST(start_up, a_missing_picture_ends_the_process_with_1_and_a_missing_raw_file_with_0) {
-    {
-        const tree_without picture("data/part1/lorrim.png");
-        EXPECT_EXIT(start_anew(), testing::ExitedWithCode(1),
-                    "morvane: data/part1/lorrim.png is missing(.|\n)*data/part1/lorrim.png");
+TEST(start_up, a_picture_that_is_not_there_ends_the_process_with_1_and_a_raw_file_with_0_and_one_line) {
+    const std::pair<const char*, int> files[] = {
+        {"data/part1/lorrim.png", 1}, {"data/gfx/sprites/light2.tga", 0}, {"data/part1/greets-1-256.tga", 0}};
+    for (const auto& [path, code] : files) {
+        const tree_without file(path);
+        const std::string line = std::string("^morvane: ") + path + ": ";
+        EXPECT_EXIT(start_anew(), testing::ExitedWithCode(code), line + "not there; [^\n]*\n$");
+        std::filesystem::create_directory(path); // a folder in its place is no better
+        EXPECT_EXIT(start_anew(), testing::ExitedWithCode(code), line + "Is a directory\n$");
     }
-    for (const char* path : {"data/gfx/sprites/light2.tga", "data/part1/greets-1-256.tga"}) {
-        const tree_without raw(path);
-        EXPECT_EXIT(start_anew(), testing::ExitedWithCode(0),
-                    std::string("morvane: ") + path + " is missing");
+}
+
+TEST(start_up, the_tree_is_found_from_the_working_directory_then_from_the_program) {
+    const temp_folder folder;
+    const std::filesystem::path program = folder.path() / "a" / "b" / "c" / "d" / "bin";
+    std::filesystem::create_directories(program);
+    std::filesystem::current_path(program);
+    EXPECT_FALSE(search_data(program));
+    EXPECT_FALSE(search_data({}));
+    // From the last place to the first; each beats those before it.
+    folder.write("a/data/3d/xtelmar4.3ds", ""); // four above the program, and so none of its own
+    EXPECT_FALSE(search_data(program));
+    for (const char* tree : {"a/b/c/d/share/morvane/data", "a/b/data", "a/b/c/data", "a/b/c/d/data"}) {
+        folder.write(std::string(tree) + "/3d/xtelmar4.3ds", "");
+        EXPECT_EQ(search_data(program), folder.path() / tree);
     }
+    std::filesystem::create_directory("data"); // empty
+    EXPECT_EQ(search_data(program), folder.path() / "a/b/c/d/data");
+    folder.write("a/b/c/d/bin/data/3d/xtelmar4.3ds", "");
+    EXPECT_EQ(search_data(program), "data");
+    std::filesystem::current_path(folder.path());
+    EXPECT_EQ(search_data(program), program / "data");
+    EXPECT_EQ(search_data({}), std::nullopt);
+    go_to_data_tree();
 }

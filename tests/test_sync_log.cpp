@@ -71,7 +71,8 @@ TEST(sync_log, marks_beyond_the_250th_are_ignored) {
 TEST(sync_log, a_file_that_cannot_be_written_ends_the_process_with_1) {
     const temp_folder folder;
     const std::string path = (folder.path() / "no such folder" / "sync.txt").string();
-    EXPECT_EXIT(sync_log_write(path.c_str()), testing::ExitedWithCode(1), "morvane: .*sync.txt: No such file");
+    EXPECT_EXIT(sync_log_write(path.c_str()), testing::ExitedWithCode(1),
+                "morvane: .*sync.txt: No such file");
     if (std::filesystem::exists("/dev/full")) { // where every write fails
         EXPECT_EXIT(sync_log_write("/dev/full"), testing::ExitedWithCode(1), "morvane: /dev/full: No space");
     }

@@ -1,7 +1,11 @@
-// Time by the replaceable source.
+// Time by the replaceable source, and the first call of a program.
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "platform/manual_clock.h"
+#include "platform/program.h"
 #include "platform/winbase.h"
 
 TEST(winbase_time, everything_follows_a_clock_that_is_moved_by_hand) {
@@ -40,4 +44,20 @@ TEST(winbase_time, the_machines_clock_runs_forward) {
     EXPECT_GT(frequency, 1000);
     EXPECT_GE((second - first) * 1000 / frequency, 5);
     EXPECT_GE(winbase::clock() - start, 4); // wall-clock time passes while the thread sleeps
+}
+
+TEST(program, opens_the_null_device_on_what_is_closed) {
+    const pid_t child = fork();
+    if (child == 0) {
+        for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+            close(descriptor);
+        program::start("test");
+        const bool usable = write(STDOUT_FILENO, "", 1) == 1 && write(STDERR_FILENO, "", 1) == 1;
+        char none = 0;
+        const bool silent = read(STDIN_FILENO, &none, 1) == 0;
+        _exit(usable && silent && dup(STDIN_FILENO) > STDERR_FILENO ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
 }

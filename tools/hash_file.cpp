@@ -26,7 +26,10 @@ int complain(const std::string& path, const std::string& problem, int code) {
 
 // The frames of `part`, or nothing if what it is drawn from isn't there, which has been told then.
 std::optional<frame_source> checked_source(const hashed_part& part) {
-    if (part.kind != part_kind::metaballs && report_missing_files() > 0) return {};
+    if (part.kind != part_kind::metaballs && !needed_files_there()) {
+        report_missing_files();
+        return {};
+    }
     frame_source source = source_of(part);
     const auto lines = sound_track::trouble(source.tracks, source.start, source.end);
     for (const std::string& line : lines)

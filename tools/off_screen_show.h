@@ -11,7 +11,7 @@
 // One at a time: the clock, the tables and the random numbers are the process's own.
 class off_screen_show {
   public:
-    // Builds the show from the data tree in the working directory and stands before frame 0. `fps` frames a
+    // Builds the show from the data tree in place and stands before frame 0. `fps` frames a
     // second, positive. A picture that is missing or damaged ends the process as in a run; without the scene
     // it ends with exit code 1.
     explicit off_screen_show(std::int32_t fps);

@@ -13,7 +13,7 @@
 const char* const record_usage =
     "Usage: morvane-record [FILE] [OPTION]...\n"
     "Draws the show without a display, every frame at its exact time, and makes of it a film, pictures or a\n"
-    "contact sheet, or all of these at once. Reads the data tree in the working directory.\n"
+    "contact sheet, or all of these at once.\n"
     "\n"
     "  FILE                       film the show: .mp4 and .mkv (H.264, AAC), .webm (VP9, Opus) or\n"
     "                             .avi (MPEG-4, MP3). Ctrl-C cuts the film, which can be played all the "
@@ -45,6 +45,8 @@ const char* const record_usage =
     "                             where those of the show end\n"
     "  --metaballs N              instead of the show the metaball surface of 1 to 50 balls\n"
     "  --seconds N                length of a closing movement or of the metaballs, up to 3600 (10)\n"
+    "  --data DIR                 the data tree: the folder that holds 3d/ and part1/ (data/ of the working\n"
+    "                             directory, or beside or above the program)\n"
     "  --help                     print this text\n"
     "  --version                  print the version\n";
 
@@ -165,13 +167,15 @@ class reader {
             check_picture(options_.sheet);
             return true;
         }
-        return file(word, "--hashes", options_.hashes) || file(word, "--compare", options_.compare);
+        return file(word, "--hashes", options_.hashes) || file(word, "--data", options_.data) ||
+               file(word, "--compare", options_.compare);
     }
 
     bool file(std::string_view word, std::string_view option, std::string& path) {
         if (word != option) return false;
+        seen_.push_back(word);
         if (words_.empty() || *words_.front() == 0)
-            fail(std::string(option) + " takes a file");
+            fail(std::string(option) + (option == "--data" ? " takes a folder" : " takes a file"));
         else
             path = take();
         return true;
@@ -220,6 +224,7 @@ std::string pointless(const record_options& options, const reader& words) {
         need{"--movement", !compare, "all but --compare, whose file tells it"},
         need{"--metaballs", !compare, "all but --compare, whose file tells them"},
         need{"--seconds", options.movement != 0 || options.metaballs != 0, "--movement or --metaballs"},
+        need{"--data", options.metaballs == 0, "the show, not with --metaballs"},
         need{"--movement", options.metaballs == 0, "the show, not with --metaballs"},
     };
     for (const need& each : needs)

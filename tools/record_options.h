@@ -21,6 +21,7 @@ struct record_options {
     std::int32_t metaballs = 0; // their number; 0: the show
     double seconds = 10;        // length of what has no length of its own
     std::int32_t fps = 60;
+    std::string data; // the folder of the data tree; empty: it is looked for
 
     // What is made of it, any of these at once.
     std::string film; // empty: none

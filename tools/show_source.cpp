@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "driver/chain.h"
+#include "driver/data_files.h"
 #include "tools/off_screen_show.h"
 
 namespace {
@@ -23,7 +24,7 @@ std::vector<placed_track> music_of_the_show() {
     const std::size_t count = std::min(std::size(paths), timed_movements().size());
     for (std::size_t i = 0; i < count; ++i) {
         const double end = timed_movements()[i].end_time;
-        tracks.push_back({.path = paths[i], .start = start, .end = end});
+        tracks.push_back({.path = data_path(paths[i]), .start = start, .end = end});
         start = end + hand_over;
     }
     return tracks;

@@ -1,4 +1,4 @@
-// The show as a source of frames. Reads the data tree in the working directory; one at a time.
+// The show as a source of frames. Reads the data tree in place; one at a time.
 #pragma once
 
 #include "tools/frame_source.h"
