@@ -73,7 +73,8 @@ void count_line(tally& lines, const hash_line& line, bool same, std::string& rep
 
 class comparison {
   public:
-    explicit comparison(const std::string& path) : path_(path), file_(path) {}
+    comparison(const std::string& path, const std::string& data_folder)
+        : path_(path), data_folder_(data_folder), file_(path) {}
 
     int run() {
         if (!file_ || !next_line()) return complain(path_, "it can't be read", trouble);
@@ -100,6 +101,7 @@ class comparison {
     int compare_part(const std::string& text) {
         const std::optional<hashed_part> part = read_part(text);
         if (!part) return odd_line();
+        if (part->kind != part_kind::metaballs && !find_data(data_folder_)) return trouble;
         const std::optional<frame_source> source = checked_source(*part);
         if (!source) return trouble;
         tally frames{.name = "frames"}, sounds{.name = "seconds of sound"};
@@ -143,7 +145,7 @@ class comparison {
         return same ? 0 : 1;
     }
 
-    std::string path_;
+    std::string path_, data_folder_;
     std::ifstream file_;
     std::string line_;
     long number_ = 0;    // of the line
@@ -187,7 +189,7 @@ int write_hashes(const std::string& path, const std::vector<hashed_part>& parts)
     return 0;
 }
 
-int compare_hashes(const std::string& path) {
+int compare_hashes(const std::string& path, const std::string& data_folder) {
     catch_interrupts();
-    return comparison(path).run();
+    return comparison(path, data_folder).run();
 }

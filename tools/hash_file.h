@@ -26,8 +26,9 @@ std::vector<hashed_part> every_part(std::int32_t fps);
 // exit code: 0; 1 after a failure, told on standard error; 128 and the signal's number if it was interrupted.
 int write_hashes(const std::string& path, const std::vector<hashed_part>& parts);
 
-// Draws again what the file at `path` tells of. Tells on standard output the runs of frames and of seconds of
+// Draws again what the file at `path` tells of, from the data tree in `data_folder` (empty: the one that is
+// found). Tells on standard output the runs of frames and of seconds of
 // sound that differ, their number and the first. Returns the exit code: 0 if nothing differs; 1 if something
 // does; 2 if that can't be told, for the file isn't whole or something that is drawn can't be read; 128 and
 // the signal's number if it was interrupted.
-int compare_hashes(const std::string& path);
+int compare_hashes(const std::string& path, const std::string& data_folder);

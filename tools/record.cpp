@@ -43,18 +43,15 @@ void at_end() {
     _exit(code_of_sudden_end);
 }
 
-bool needs_data(const record_options& options) {
-    return options.metaballs == 0 || !options.compare.empty();
-}
-
 int run(const record_options& options) {
     if (const int code = check_outputs(options); code != 0) return code;
-    const bool compared = !options.compare.empty();
-    if (compared) code_of_sudden_end = 2;
-    if (needs_data(options) && !find_data(options.data)) return options.data.empty() && !compared ? 1 : 2;
-    if (compared) return compare_hashes(options.compare);
+    if (!options.compare.empty()) {
+        code_of_sudden_end = 2;
+        return compare_hashes(options.compare, options.data);
+    }
+    if (options.metaballs == 0 && !find_data(options.data)) return options.data.empty() ? 1 : 2;
     if (!options.hashes.empty()) return write_hashes(options.hashes, parts_of(options));
-    if (needs_data(options) && !needed_files_there()) {
+    if (options.metaballs == 0 && !needed_files_there()) {
         report_missing_files();
         return 1;
     }

@@ -1,9 +1,9 @@
 // Ctrl-C and its like: SIGINT, SIGTERM, SIGHUP. One that the parent had ignored stays ignored.
 #pragma once
 
-// From here on such a signal is only noted. The next one ends the process at once, and files that are not
-// whole are removed. A closed pipe or a file that grows beyond its limit is an error of the write that meets
-// it.
+// From here on such a signal is only noted. One that follows after a second or later ends the process at
+// once, with a line on standard error, and files that are not whole are removed. A closed pipe or a file that
+// grows beyond its limit is an error of the write that meets it.
 void catch_interrupts();
 
 // From here on the first such signal ends the process and removes files that are not whole.
