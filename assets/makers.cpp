@@ -2,10 +2,10 @@
 
 #include <array>
 
-#include "assets/clip.h"
-#include "assets/meshes.h"
+#include "assets/clip/clip.h"
+#include "assets/meshes/meshes.h"
 #include "assets/music/tracks.h"
-#include "assets/pictures.h"
+#include "assets/pictures/pictures.h"
 
 namespace assets {
 namespace {

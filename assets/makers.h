@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "assets/file_forms.h"
+#include "assets/forms/file_forms.h"
 
 namespace assets {
 

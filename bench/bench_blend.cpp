@@ -2,9 +2,9 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/frames.h"
-#include "gtex/blend.h"
-#include "gtex/blend_windows.h"
-#include "gtex/sprites.h"
+#include "morvane/gtex/blend.h"
+#include "morvane/gtex/blend_windows.h"
+#include "morvane/gtex/sprites.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <string>
 
 #include "bench/frames.h"
-#include "gtex/bump.h"
-#include "gtex/filters.h"
-#include "gtex/tunnel.h"
-#include "gtex/wobble.h"
-#include "gtex/zoom.h"
+#include "morvane/gtex/bump.h"
+#include "morvane/gtex/filters.h"
+#include "morvane/gtex/tunnel.h"
+#include "morvane/gtex/wobble.h"
+#include "morvane/gtex/zoom.h"
 
 namespace {
 

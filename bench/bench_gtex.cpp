@@ -1,8 +1,8 @@
 // Every operator on surfaces of the show's size; the rows stand in the files beside this one.
 #include <benchmark/benchmark.h>
 
-#include "gtex/gtex.h"
-#include "gtex/tunnel.h"
+#include "morvane/gtex/gtex.h"
+#include "morvane/gtex/tunnel.h"
 
 int main(int argc, char** argv) {
     frame_tables_init();

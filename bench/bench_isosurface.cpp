@@ -1,7 +1,7 @@
 // The surface walk on grids of several sizes, beside the field at every point of the same grid.
 #include <benchmark/benchmark.h>
 
-#include "isosurface/isosurface.h"
+#include "morvane/isosurface/isosurface.h"
 
 namespace {
 

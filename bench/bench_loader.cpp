@@ -8,8 +8,8 @@
 #include <span>
 #include <string>
 
-#include "scene/loader_3ds/reader.h"
-#include "scene/moscene.h"
+#include "morvane/scene/loader_3ds/reader.h"
+#include "morvane/scene/moscene.h"
 #include "tests/support/scene_writer.h"
 
 namespace {

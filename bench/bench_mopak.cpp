@@ -11,7 +11,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "mopak/mopak.h"
+#include "morvane/mopak/mopak.h"
 #include "tests/support/pack_files.h"
 #include "tests/support/temp_file.h"
 

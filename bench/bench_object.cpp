@@ -7,9 +7,9 @@
 #include <string>
 
 #include "bench/frames.h"
-#include "object/asc_reader.h"
-#include "object/sort.h"
-#include "object/transform.h"
+#include "morvane/object/asc_reader.h"
+#include "morvane/object/sort.h"
+#include "morvane/object/transform.h"
 
 namespace {
 

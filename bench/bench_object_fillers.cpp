@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "bench/frames.h"
-#include "object/fill.h"
-#include "object/fill_spans.h"
-#include "object/lines.h"
+#include "morvane/object/fill.h"
+#include "morvane/object/fill_spans.h"
+#include "morvane/object/lines.h"
 #include "tests/support/plain_fillers.h"
 
 namespace {

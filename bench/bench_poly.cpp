@@ -14,12 +14,12 @@
 #include <vector>
 
 #include "bench/frames.h"
-#include "math/kernel.h"
-#include "poly/clipper.h"
-#include "poly/fillers.h"
-#include "poly/poly.h"
-#include "poly/raster.h"
-#include "poly/render_modes.h"
+#include "morvane/base/kernel.h"
+#include "morvane/poly/clipper.h"
+#include "morvane/poly/fillers.h"
+#include "morvane/poly/poly.h"
+#include "morvane/poly/raster.h"
+#include "morvane/poly/render_modes.h"
 
 namespace {
 

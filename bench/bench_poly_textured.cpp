@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "bench/frames.h"
-#include "poly/fill_perspective.h"
-#include "poly/fill_textured.h"
-#include "poly/fillers.h"
-#include "poly/raster.h"
+#include "morvane/poly/fill_perspective.h"
+#include "morvane/poly/fill_textured.h"
+#include "morvane/poly/fillers.h"
+#include "morvane/poly/raster.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "bench/frames.h"
-#include "gtex/noise.h"
-#include "gtex/patterns.h"
-#include "gtex/plasma.h"
-#include "platform/winbase.h"
+#include "morvane/base/random.h"
+#include "morvane/gtex/noise.h"
+#include "morvane/gtex/patterns.h"
+#include "morvane/gtex/plasma.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ BENCHMARK(bench_noise)->Name("gtex_noise")->ArgName("range")->Arg(80)->Arg(240);
 void bench_rand_fill(benchmark::State& state) {
     std::vector<std::uint16_t> numbers(frame_pixels);
     for (auto _ : state) {
-        winbase::rand_fill(numbers);
+        random_fill(numbers);
         benchmark::ClobberMemory();
     }
 }
@@ -49,7 +49,7 @@ BENCHMARK(bench_rand_fill)->Name("rand_fill");
 void bench_rand(benchmark::State& state) {
     for (auto _ : state)
         for (std::int32_t i = 0; i < frame_pixels; ++i)
-            benchmark::DoNotOptimize(winbase::rand());
+            benchmark::DoNotOptimize(random_next());
 }
 BENCHMARK(bench_rand)->Name("rand/draws:147456");
 

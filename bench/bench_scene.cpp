@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "bench/frames.h"
-#include "scene/moscene.h"
+#include "morvane/scene/moscene.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <cstdint>
 
 #include "bench/frames.h"
-#include "poly/clipper.h"
-#include "poly/raster.h"
-#include "poly/render_modes.h"
-#include "scene/moscene.h"
+#include "morvane/poly/clipper.h"
+#include "morvane/poly/raster.h"
+#include "morvane/poly/render_modes.h"
+#include "morvane/scene/moscene.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <numeric>
 #include <vector>
 
-#include "tools/off_screen_show.h"
+#include "tools/record/off_screen_show.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <random>
 
-#include "gtex/gtex.h"
+#include "morvane/gtex/gtex.h"
 
 struct frames {
     gtex a, b, c;

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "bench/frames.h"
-#include "math/kernel.h"
+#include "morvane/base/kernel.h"
 
 namespace {
 

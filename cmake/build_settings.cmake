@@ -39,8 +39,14 @@ if(MORVANE_COVERAGE)
   add_compile_definitions(MORVANE_PLAIN_KERNELS)
 endif()
 
-# morvane_library(NAME sources...): a static library of one folder, includes from the project's root.
+# morvane_library(NAME SOURCES file... [USES room...] [OUTSIDE library...]): the static library morvane_NAME of one
+# folder, known to others as morvane::NAME. USES names the rooms that it stands on, OUTSIDE libraries that none but
+# its own files see.
 function(morvane_library name)
-  add_library(${name} STATIC ${ARGN})
-  target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}")
+  cmake_parse_arguments(arg "" "" "SOURCES;USES;OUTSIDE" ${ARGN})
+  add_library(morvane_${name} STATIC ${arg_SOURCES})
+  add_library(morvane::${name} ALIAS morvane_${name})
+  target_include_directories(morvane_${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+  list(TRANSFORM arg_USES PREPEND "morvane::")
+  target_link_libraries(morvane_${name} PUBLIC ${arg_USES} PRIVATE ${arg_OUTSIDE})
 endfunction()

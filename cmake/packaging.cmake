@@ -1,8 +1,8 @@
 # What a viewer downloads: the programs, the data tree and the info file.
 install(TARGETS morvane morvane-data morvane-record mopak RUNTIME DESTINATION .)
-install(FILES "${CMAKE_SOURCE_DIR}/docs/morvane.txt" DESTINATION .)
+install(FILES "${PROJECT_SOURCE_DIR}/docs/morvane.txt" DESTINATION .)
 # The tree that lies here, which may hold files of one's own, and what is missing of it made anew.
-install(DIRECTORY "${CMAKE_SOURCE_DIR}/data" DESTINATION . OPTIONAL)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/data" DESTINATION . OPTIONAL)
 install(CODE "execute_process(
   COMMAND \"$<TARGET_FILE:morvane-data>\" \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\"
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)")

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "media/image_block.h"
+#include "morvane/media/image_block.h"
 
 // A block must hold as many words as the globals say: reads the corners, so that the sanitizer speaks if it
 // doesn't, and gives the block back. Not all words: a block may be much larger than its file.

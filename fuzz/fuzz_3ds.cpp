@@ -7,7 +7,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "scene/loader_3ds/reader.h"
+#include "morvane/scene/loader_3ds/reader.h"
 #include "tests/support/scene_text.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "object/asc_reader.h"
+#include "morvane/object/asc_reader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;

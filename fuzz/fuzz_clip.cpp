@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "media/video.h"
+#include "morvane/media/video.h"
 #include "tests/support/environment.h"
 #include "tests/support/temp_file.h"
 

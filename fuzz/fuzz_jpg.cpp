@@ -1,6 +1,6 @@
 // JPEG reader.
 #include "fuzz/check_block.h"
-#include "media/image_jpg.h"
+#include "morvane/media/image_jpg.h"
 #include "tests/support/memory_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -9,7 +9,7 @@
 #include <span>
 #include <vector>
 
-#include "mopak/mopak.h"
+#include "morvane/mopak/mopak.h"
 #include "tests/support/memory_disk_file.h"
 #include "tests/support/pack_files.h"
 

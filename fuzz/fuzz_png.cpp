@@ -1,7 +1,7 @@
 // PNG reader: the input as it is, then with the checksums of its chunks made right, so that damage gets
 // further.
 #include "fuzz/check_block.h"
-#include "media/image_png.h"
+#include "morvane/media/image_png.h"
 #include "tests/support/memory_file.h"
 #include "tests/support/picture_files.h"
 

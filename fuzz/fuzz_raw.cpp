@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "media/image_raw.h"
+#include "morvane/media/image_raw.h"
 #include "tests/support/temp_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

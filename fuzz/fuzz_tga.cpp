@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "fuzz/check_block.h"
-#include "media/image_tga.h"
+#include "morvane/media/image_tga.h"
 #include "tests/support/memory_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -4,7 +4,7 @@
 #include <iostream>
 #include <string>
 
-#include "assets/avi_writer.h"
+#include "assets/forms/avi_writer.h"
 #include "tests/support/clip_files.h"
 #include "tests/support/temp_file.h"
 

@@ -3,7 +3,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "mopak/mopak.h"
+#include "morvane/mopak/mopak.h"
 #include "tests/support/pack_files.h"
 #include "tests/support/temp_file.h"
 

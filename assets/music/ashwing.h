@@ -21,7 +21,7 @@
 #include <string_view>
 #include <vector>
 
-#include "assets/music/buffers.h"
+#include "assets/forms/buffers.h"
 #include "assets/music/laying.h"
 
 namespace assets::sound {

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "assets/music/buffers.h"
+#include "assets/forms/buffers.h"
 
 namespace assets::sound {
 

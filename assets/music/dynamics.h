@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "assets/music/buffers.h"
+#include "assets/forms/buffers.h"
 
 namespace assets::sound {
 

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "assets/music/buffers.h"
+#include "assets/forms/buffers.h"
 #include "assets/music/envelopes.h"
 
 namespace assets::sound {

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "assets/forms/ogg_writer.h"
 #include "assets/music/mixer.h"
-#include "assets/music/ogg_writer.h"
 #include "assets/music/tracks.h"
 
 namespace assets::sound {

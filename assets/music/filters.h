@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "assets/music/buffers.h"
+#include "assets/forms/buffers.h"
 
 namespace assets::sound {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-#include "assets/music/buffers.h"
+#include "assets/forms/buffers.h"
 #include "assets/music/envelopes.h"
 #include "assets/music/score.h"
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "assets/music/buffers.h"
+#include "assets/forms/buffers.h"
 #include "assets/music/effects.h"
 
 namespace assets::sound {

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-#include "assets/music/buffers.h"
+#include "assets/forms/buffers.h"
 
 namespace assets::sound {
 

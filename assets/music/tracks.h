@@ -1,7 +1,7 @@
 // The tracks of the show as files.
 #pragma once
 
-#include "assets/file_forms.h"
+#include "assets/forms/file_forms.h"
 
 namespace assets {
 

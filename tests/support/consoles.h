@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/ptc.h"
+#include "morvane/platform/console/ptc.h"
 
 inline const ptc::Format rgb(32, 0xff0000, 0xff00, 0xff, 0);
 

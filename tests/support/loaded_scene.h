@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "driver/log/log.h"
-#include "scene/loader_3ds/reader.h"
+#include "morvane/base/log.h"
+#include "morvane/scene/loader_3ds/reader.h"
 #include "tests/support/captured_output.h"
 #include "tests/support/scene_text.h"
 #include "tests/support/temp_file.h"

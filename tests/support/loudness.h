@@ -7,7 +7,7 @@
 #include <numbers>
 #include <vector>
 
-#include "assets/music/buffers.h"
+#include "assets/forms/buffers.h"
 #include "tests/support/sound_levels.h"
 
 namespace loudness_detail {

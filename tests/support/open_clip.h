@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/avifile.h"
+#include "morvane/platform/clip/avifile.h"
 #include "tests/support/clip_files.h"
 
 // An open clip with a frame access; both closed at the end.

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "gtex/gtex.h"
+#include "morvane/gtex/gtex.h"
 
 namespace plain {
 

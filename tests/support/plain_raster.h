@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "poly/raster.h"
+#include "morvane/poly/raster.h"
 
 namespace plain_raster {
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "math/quaternion.h"
+#include "morvane/math/quaternion.h"
 
 inline void expect_quaternion(const quaternion& q, double w, double x, double y, double z,
                               double tolerance = 2e-6) {

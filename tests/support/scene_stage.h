@@ -8,10 +8,10 @@
 #include <random>
 #include <vector>
 
-#include "poly/clipper.h"
-#include "poly/raster.h"
-#include "poly/render_modes.h"
-#include "scene/moscene.h"
+#include "morvane/poly/clipper.h"
+#include "morvane/poly/raster.h"
+#include "morvane/poly/render_modes.h"
+#include "morvane/scene/moscene.h"
 #include "tests/support/captured_output.h"
 
 namespace scene_stage {

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <string>
 
-#include "scene/moscene.h"
+#include "morvane/scene/moscene.h"
 
 // In a text wherever records don't hang together: a list that doesn't end at its tail or isn't as long as its
 // count, more keys than a track has room for. No name has it inside.

@@ -7,10 +7,10 @@
 #include <cstdint>
 #include <vector>
 
-#include "driver/movement1.h"
-#include "driver/show.h"
-#include "gtex/plasma.h"
-#include "platform/winbase.h"
+#include "morvane/gtex/plasma.h"
+#include "morvane/platform/time/winbase.h"
+#include "show/score/score.h"
+#include "show/show.h"
 
 class score : public testing::Test {
   protected:

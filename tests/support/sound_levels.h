@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "assets/music/buffers.h"
+#include "assets/forms/buffers.h"
 
 inline constexpr double pi = std::numbers::pi;
 

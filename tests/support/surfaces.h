@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "gtex/gtex.h"
+#include "morvane/gtex/gtex.h"
 
 // A surface in the middle of a larger block. `intact` tells whether anything wrote past its ends.
 class guarded_surface {

@@ -11,9 +11,9 @@
 #include <tuple>
 #include <vector>
 
-#include "poly/fill_perspective.h"
-#include "poly/fill_textured.h"
-#include "poly/raster.h"
+#include "morvane/poly/fill_perspective.h"
+#include "morvane/poly/fill_textured.h"
+#include "morvane/poly/raster.h"
 #include "tests/support/plain_textured.h"
 
 namespace textured {

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "mopak/writer.h"
+#include "morvane/mopak/writer.h"
 #include "tools/mopak/commands.h"
 #include "tools/mopak/pack_copy.h"
 #include "tools/mopak/packs.h"

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "mopak/format.h"
+#include "morvane/mopak/format.h"
 
 const char* const pack_usage =
     "Usage: mopak create PACK.mop [--info TEXT] [--version A.B] FILE...\n"

@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-#include "mopak/disk_file.h"
+#include "morvane/mopak/disk_file.h"
 #include "tools/mopak/report.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "mopak/mopak.h"
+#include "morvane/mopak/mopak.h"
 
 // Loads `path` into `archive`, also an archive that holds no files yet, which `mopak::open` refuses. Returns
 // what is wrong with it, or nothing.

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "mopak/format.h"
+#include "morvane/mopak/format.h"
 
 namespace fs = std::filesystem;
 

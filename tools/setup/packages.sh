@@ -44,4 +44,4 @@ need_packages() {
 BUILD_PACKAGES=(g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev libpng-dev libjpeg-dev zlib1g-dev
     libmp3lame-dev libvorbis-dev libavformat-dev libavcodec-dev libswscale-dev libswresample-dev libavutil-dev
     libxxhash-dev)
-TEST_PACKAGES=(libgtest-dev libbenchmark-dev clang-format)
+TEST_PACKAGES=(libgtest-dev libbenchmark-dev clang-format python3)
